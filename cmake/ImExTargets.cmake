@@ -1,0 +1,42 @@
+# The warnings, the sanitizers and the include rule that every target of the project shares.
+
+find_program(IMEX_CCACHE ccache)
+if(IMEX_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${IMEX_CCACHE})
+endif()
+
+add_library(imex_options INTERFACE)
+target_compile_options(imex_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+if(IMEX_WARNINGS_AS_ERRORS)
+  target_compile_options(imex_options INTERFACE -Werror)
+endif()
+if(IMEX_SANITIZE)
+  target_compile_options(imex_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(imex_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# imex_library(FOLDER SOURCES ... LINKS ... [PRIVATE_LINKS ...])
+#
+# One library for one folder below src/, named imex_<folder> ("platform/soap" is imex_platform_soap). A target sees its
+# own folder and those of the libraries that it links, and no other: each folder is reached through a link of its own
+# below the build directory, so an include against the direction of knowledge does not compile.
+function(imex_library folder)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  string(REPLACE "/" "_" name imex_${folder})
+  set(root ${CMAKE_BINARY_DIR}/include/${name})
+  cmake_path(GET folder PARENT_PATH parent)
+  file(MAKE_DIRECTORY ${root}/${parent})
+  file(CREATE_LINK ${CMAKE_SOURCE_DIR}/src/${folder} ${root}/${folder} SYMBOLIC)
+
+  if(ARG_SOURCES)
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_include_directories(${name} PUBLIC ${root})
+    target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE imex_options ${ARG_PRIVATE_LINKS})
+  else()
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} INTERFACE ${root})
+    target_link_libraries(${name} INTERFACE ${ARG_LINKS})
+  endif()
+endfunction()
