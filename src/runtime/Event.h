@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+#include <vector>
+
+namespace imex {
+
+/// A synchronous event. raise() calls the handlers in the order in which they were connected, on the caller's thread;
+/// an error in a handler ends the raising and reaches whoever raised it. A by-reference argument is declared as a
+/// reference type: all handlers then see one and the same object.
+template <class... Args>
+class Event {
+ public:
+  using Handler = std::function<void(Args...)>;
+
+  void connect(Handler handler) { m_handlers.push_back(std::move(handler)); }
+
+  void raise(Args... args) const {
+    // A copy, so that a handler may connect another one.
+    const std::vector<Handler> handlers = m_handlers;
+    for (const Handler& handler : handlers)
+      handler(args...);
+  }
+
+ private:
+  std::vector<Handler> m_handlers;
+};
+
+} // namespace imex

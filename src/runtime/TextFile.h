@@ -1,0 +1,67 @@
+#pragma once
+
+#include "runtime/ByteStream.h"
+#include "runtime/encoding.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace imex {
+
+/// Reads text line by line. A line ends at CR LF or at the end of the bytes; a lone CR or LF is part of its line.
+///
+/// The encoding depends on all of the bytes, so they are read twice: once at construction to find it, once for the
+/// lines. Memory is one buffer, and the longest line where a line does not fit into it.
+class TextReader {
+ public:
+  /// Finds the encoding. Errors of the source pass through.
+  explicit TextReader(std::unique_ptr<ByteSource> source);
+
+  Encoding encoding() const { return m_encoding; }
+
+  /// Sets `line` to the next line in UTF-8, without its end, and returns true; returns false at the end. The text
+  /// stays valid until the next call. Errors of the source pass through; the reader is then of no further use.
+  bool readLine(std::string_view& line);
+
+ private:
+  bool fill();
+  bool takeLine(std::string_view& raw);
+  Encoding findEncoding();
+
+  std::unique_ptr<ByteSource> m_source;
+  std::vector<char> m_buffer;
+  std::size_t m_begin = 0; ///< the bytes not yet taken lie at m_begin..m_end of the buffer
+  std::size_t m_end = 0;
+  std::string m_long;    ///< a line that did not fit into the buffer
+  std::string m_decoded; ///< a line of a Windows-1252 file
+  Encoding m_encoding;
+};
+
+/// Writes text line by line, each ended by CR LF.
+class TextWriter {
+ public:
+  /// Writes the mark first where the encoding has one.
+  explicit TextWriter(std::unique_ptr<ByteSink> sink, Encoding encoding = Encoding::utf8);
+  /// Writes what is left and closes; an error of that is lost, so a caller that cares calls close().
+  ~TextWriter();
+  TextWriter(const TextWriter&) = delete;
+  TextWriter& operator=(const TextWriter&) = delete;
+
+  /// Writes one line. Error 5 for a character that the encoding lacks, and the errors of the sink.
+  void writeLine(std::string_view text);
+
+  /// Writes what is left and closes. A second call does nothing.
+  void close();
+
+ private:
+  void flush();
+
+  std::unique_ptr<ByteSink> m_sink;
+  std::string m_buffer;
+  Encoding m_encoding;
+};
+
+} // namespace imex

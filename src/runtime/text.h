@@ -1,0 +1,45 @@
+#pragma once
+
+#include "runtime/RuntimeError.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace imex {
+
+// Text is UTF-8 in std::string. A character is one Unicode code point: lengths and positions count those, not bytes.
+// A byte that belongs to no valid sequence counts as a character of its own and is kept as it is.
+
+inline constexpr std::string_view kLineBreak = "\r\n";
+
+/// The number of characters.
+std::size_t length(std::string_view text);
+
+/// `text` with every character replaced by its upper-case form, one character to one character: "é" becomes "É", and
+/// "ß", whose capital form is two letters, stays.
+std::string upperCase(std::string_view text);
+
+/// Whether two texts are the same when case is left out of account.
+bool equalsIgnoringCase(std::string_view a, std::string_view b);
+
+/// `text` without any of the characters in `unwanted` (ASCII), the rest in order.
+std::string without(std::string_view text, std::string_view unwanted);
+
+/// The character with this code, as UTF-8. Error 5 where there is none (a negative code, a surrogate, past 0x10FFFF).
+std::string character(long code);
+
+/// One character of `text`, decoded.
+struct CodePoint {
+  char32_t value;    ///< the code point, or the byte itself where the sequence is not valid
+  std::size_t bytes; ///< how many bytes it takes, 1 to 4
+  bool valid;        ///< whether the bytes are a valid sequence
+};
+
+/// The character that starts at byte `position`, which lies inside `text`.
+CodePoint codePointAt(std::string_view text, std::size_t position);
+
+/// Appends the UTF-8 form of `value`, which is a code point outside the surrogates.
+void appendUtf8(std::string& text, char32_t value);
+
+} // namespace imex
