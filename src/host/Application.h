@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace imex::host {
+
+/// The host application.
+class Application {
+ public:
+  virtual ~Application() = default;
+
+  /// The application directory, without a separator at its end. Its "docs" folder holds the format files.
+  virtual std::string path() const = 0;
+};
+
+} // namespace imex::host

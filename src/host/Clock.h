@@ -1,0 +1,22 @@
+#pragma once
+
+namespace imex::host {
+
+/// A moment of local time, to the minute.
+struct LocalTime {
+  int year;   ///< four digits
+  int month;  ///< 1 to 12
+  int day;    ///< 1 to 31
+  int hour;   ///< 0 to 23
+  int minute; ///< 0 to 59
+};
+
+/// The host's clock.
+class Clock {
+ public:
+  virtual ~Clock() = default;
+
+  virtual LocalTime now() const = 0;
+};
+
+} // namespace imex::host

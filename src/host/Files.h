@@ -1,0 +1,36 @@
+#pragma once
+
+#include "runtime/ByteStream.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace imex::host {
+
+/// The file system. A path may have either separator, "\" or "/"; the implementation turns it into one of the platform
+/// and leaves case out of account where the exact name is missing. Failures are RuntimeErrors: 53 no such file, 76 a
+/// folder of the path is missing, 75 a folder (or another thing that is no file) where a file is wanted, 70 no access,
+/// 61 disk full, 57 anything else.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// Opens an existing file for reading. It is never changed by that.
+  virtual std::unique_ptr<ByteSource> openForInput(std::string_view path) = 0;
+
+  /// Creates a file or empties an existing one, and opens it for writing.
+  virtual std::unique_ptr<ByteSink> openForOutput(std::string_view path) = 0;
+
+  /// Makes `path` the process's current directory.
+  virtual void changeDirectory(std::string_view path) = 0;
+
+  /// Creates a directory, with the directories above it that are missing. Error 75 where it exists.
+  virtual void makeDirectory(std::string_view path) = 0;
+
+  /// Where the component keeps its temporary files: "c:\temp\" on Windows, elsewhere the folder "temp" in the user's
+  /// cache directory of the application, in native form. It ends in a separator and need not exist.
+  virtual std::string workingDirectory() const = 0;
+};
+
+} // namespace imex::host

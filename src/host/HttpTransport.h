@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace imex::host {
+
+/// One HTTP exchange at a time: send() posts a message and waits, Receive() gives the answer.
+/// Failures are RuntimeErrors from 1001 up whose descriptions say what happened and to which address; see
+/// platform/soap/errors.h.
+class HttpTransport {
+ public:
+  virtual ~HttpTransport() = default;
+
+  /// Goes through the proxy `server` at `port`.
+  virtual void SetProxy(std::string_view server, std::string_view port) = 0;
+
+  /// Connects directly, whatever the environment says.
+  virtual void NoProxy() = 0;
+
+  /// The greatest time for the whole exchange, in milliseconds; 0 is without limit.
+  virtual void Timeout(std::int32_t milliseconds) = 0;
+
+  /// The value of the SOAPAction header.
+  virtual void SOAPAction(std::string_view action) = 0;
+
+  /// Posts `text` to `endpoint` and waits for the whole answer.
+  virtual void send(std::string_view endpoint, std::string_view text) = 0;
+
+  /// The body of the answer to the last send() in `encoding` ("UTF-8").
+  virtual std::string Receive(std::string_view encoding) = 0;
+};
+
+} // namespace imex::host

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "host/DataContainer.h"
+#include "host/RequestInformation.h"
+
+#include <memory>
+
+namespace imex::host {
+
+/// An import as the service call takes it.
+struct ImportBean {
+  std::shared_ptr<RequestInformation> requestInformation;
+  std::shared_ptr<DataContainer> dataContainer;
+};
+
+} // namespace imex::host

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "host/ImportBean.h"
+#include "host/SoapNode.h"
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace imex::host {
+
+/// What one call of the import service is made of, in the order in which it is given.
+struct ServiceRequest {
+  std::string_view space;      ///< "urn:ImportExportService" or "urn:UnsecuredImportExportService"
+  std::string_view methodName; ///< "importData"
+  std::string_view beanType;   ///< "HXImportBean"
+  const ImportBean& bean;
+  std::string_view address;
+  std::int32_t timeout; ///< milliseconds; 0 is without limit
+  std::string_view userId;
+};
+
+/// Calls the host's import service.
+class ServiceCall {
+ public:
+  virtual ~ServiceCall() = default;
+
+  /// Makes the call, waits for the answer and returns its result element, which keeps its message alive. Failures are
+  /// RuntimeErrors.
+  virtual std::shared_ptr<SoapNode> call(const ServiceRequest& request) = 0;
+};
+
+} // namespace imex::host

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "runtime/RuntimeError.h"
+
+#include <functional>
+#include <memory>
+
+namespace imex::host {
+
+class Application;
+class BrowserLauncher;
+class Clock;
+class CurrentUser;
+class Files;
+class MessageBox;
+class ServiceCall;
+class Settings;
+class TraceLog;
+class TransportFactory;
+
+/// What the host and the platform supply. The program fills one and installs it once, before it uses the component; a
+/// service that is left out makes the procedures that need it fail with error 429. The objects are the program's and
+/// outlive the component's use of them.
+struct Services {
+  Application* application = nullptr;
+  Settings* settings = nullptr;
+  CurrentUser* currentUser = nullptr;
+  Clock* clock = nullptr;
+  MessageBox* messageBox = nullptr;
+  BrowserLauncher* browserLauncher = nullptr;
+  Files* files = nullptr;
+  TransportFactory* transportFactory = nullptr;
+  ServiceCall* serviceCall = nullptr;
+
+  /// Makes the trace log of one thread, on the thread's first traced procedure. Left empty, nothing is traced.
+  std::function<std::shared_ptr<TraceLog>()> createTraceLog;
+};
+
+/// Replaces the services of the process. Called on the thread that uses the component.
+void install(Services services);
+
+/// The installed services.
+const Services& services();
+
+/// The trace log of this thread; null where none is installed, at the cost of one branch.
+TraceLog* traceLog();
+
+/// The service itself. Error 429 where it was not supplied: `host::required(services().files)`.
+template <class Service>
+Service& required(Service* service) {
+  if (service == nullptr)
+    throw RuntimeError(ErrorNumber::cannotCreateObject);
+  return *service;
+}
+
+} // namespace imex::host

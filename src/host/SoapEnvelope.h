@@ -1,0 +1,40 @@
+#pragma once
+
+#include "host/SoapNode.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace imex::host {
+
+/// A SOAP 1.1 message: filled and serialised as a request, then filled again from the answer.
+class SoapEnvelope {
+ public:
+  virtual ~SoapEnvelope() = default;
+
+  /// The encoding style of the method element.
+  virtual void setEncodingStyle(std::string_view uri) = 0;
+
+  /// The name and the namespace of the method element.
+  virtual void setMethod(std::string_view name, std::string_view space) = 0;
+
+  /// The header: its children are the header entries.
+  virtual SoapNode& header() = 0;
+
+  /// The method element: its children are the parameters.
+  virtual SoapNode& parameters() = 0;
+
+  /// The message as text, UTF-8 with an XML declaration.
+  virtual std::string serialise() const = 0;
+
+  /// Replaces the message by an answer. `encoding` names the encoding of `data`; empty means what the data itself
+  /// declares. Error 1005 for data that is no SOAP message, 1006 for a SOAP fault (the description is the fault text);
+  /// the message is then empty.
+  virtual void parse(std::string_view data, std::string_view encoding) = 0;
+
+  /// The parameter of the answer at `position`, counted from 0. Error 9 outside.
+  virtual SoapNode& parameter(std::size_t position) = 0;
+};
+
+} // namespace imex::host
