@@ -1,0 +1,127 @@
+#pragma once
+
+#include "host/Services.h"
+#include "runtime/Integer.h"
+#include "runtime/RuntimeError.h"
+
+#include <concepts>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+namespace imex {
+
+// The convention that every procedure follows: it tells the host's trace log when it is entered and left, catches
+// every error raised inside it, records the error there, and ends in one of a few ways. A procedure is one call:
+//
+//   void ImExRequest::Directory(std::string value) {
+//     traced({kSource, "Directory"}, [&] { m_directory = std::move(value); }, Ignore{});
+//   }
+//
+// The endings are Reraise, ShowBox and Ignore below, or a callable that takes the CaughtError and gives the
+// procedure's result. A procedure that fails writes an error record and no exit line.
+
+/// The labels of a procedure in the trace log. Trace lines carry the name followed by "()", error records the name
+/// alone and the same source, unless a label of its own is given: trace readers expect some irregular ones.
+struct Procedure {
+  std::string_view source;
+  std::string_view name;
+  std::string_view errorName = {};
+  std::string_view errorSource = {};
+};
+
+/// An error as a procedure's ending sees it, after it was recorded. The number has 16 bits.
+struct CaughtError {
+  Integer number;
+  std::string source;
+  std::string description;
+
+  /// "Error Number: 53 - File not found", the title of the box that tells the user.
+  std::string title() const { return "Error Number: " + toText(number) + " - " + description; }
+
+  RuntimeError asRuntimeError() const { return {number, source, description}; }
+};
+
+/// Ending: the same error goes to the caller.
+struct Reraise {};
+
+/// Ending: the error is recorded and nothing else happens; the result is an empty one.
+struct Ignore {};
+
+/// The prompt of a failure that has no text of its own.
+inline constexpr std::string_view kDefaultFailurePrompt = "The requested operation could not be completed.";
+
+/// Ending: the user sees a box with the error in its title; the result is an empty one.
+struct ShowBox {
+  std::string prompt = std::string(kDefaultFailurePrompt);
+
+  void operator()(const CaughtError& error) const;
+};
+
+namespace detail {
+
+void trace(const Procedure& procedure, std::string_view text, std::string_view message);
+
+/// Takes the error in flight and records it. A number past 16 bits raises error 6 instead, which reaches the
+/// procedure's caller: the number variable of the convention is that narrow on purpose.
+CaughtError record(const Procedure& procedure);
+
+template <class Result, class Ending>
+Result finish(const Procedure& procedure, Ending&& ending) {
+  CaughtError error = record(procedure);
+  using E = std::remove_cvref_t<Ending>;
+  if constexpr (std::same_as<E, Reraise>) {
+    throw error.asRuntimeError();
+  } else if constexpr (std::same_as<E, Ignore>) {
+    return Result();
+  } else if constexpr (std::is_void_v<std::invoke_result_t<Ending, const CaughtError&>>) {
+    std::forward<Ending>(ending)(error);
+    return Result();
+  } else {
+    return std::forward<Ending>(ending)(error);
+  }
+}
+
+} // namespace detail
+
+/// Runs a procedure that catches its errors but writes no trace lines.
+template <class Body, class Ending>
+std::invoke_result_t<Body> guarded(const Procedure& procedure, Body&& body, Ending&& ending) {
+  try {
+    return std::forward<Body>(body)();
+  } catch (...) {
+    return detail::finish<std::invoke_result_t<Body>>(procedure, std::forward<Ending>(ending));
+  }
+}
+
+/// Runs a procedure's body between its two trace lines and lets its errors out. The lines carry the text that
+/// `makeText` gives; without a trace log it is not made.
+template <class MakeText, class Body>
+std::invoke_result_t<Body> betweenTraces(const Procedure& procedure, MakeText&& makeText, Body&& body) {
+  const std::string text = host::traceLog() != nullptr ? std::string(makeText()) : std::string();
+  detail::trace(procedure, text, "Entering Method...");
+  if constexpr (std::is_void_v<std::invoke_result_t<Body>>) {
+    std::forward<Body>(body)();
+    detail::trace(procedure, text, "Exiting Method...");
+  } else {
+    auto result = std::forward<Body>(body)();
+    detail::trace(procedure, text, "Exiting Method...");
+    return result;
+  }
+}
+
+/// Runs a procedure between its two trace lines.
+template <class Body, class Ending>
+std::invoke_result_t<Body> traced(const Procedure& procedure, Body&& body, Ending&& ending) {
+  return guarded(
+      procedure,
+      [&] {
+        const auto text = [&] { return std::string(procedure.name) + "()"; };
+        return betweenTraces(procedure, text, std::forward<Body>(body));
+      },
+      std::forward<Ending>(ending));
+}
+
+} // namespace imex
