@@ -1,0 +1,43 @@
+#pragma once
+
+#include "runtime/Boolean.h"
+#include "runtime/Collection.h"
+#include "runtime/Integer.h"
+
+#include <string>
+
+namespace imex {
+
+/// The import service's verdict on one line of the import file.
+class ImExFormat {
+ public:
+  /// The error texts and the warning texts of the line, null until they are first used.
+  StringsPtr cErrors;
+  StringsPtr cWarnings;
+
+  /// The number of the line as the service gives it.
+  Integer LineNumber() const;
+  void LineNumber(Integer value);
+
+  /// The text of the line as the service gives it.
+  std::string Line() const;
+  void Line(std::string value);
+
+  /// cErrors and cWarnings, made empty first where they are null. Never null; the same list at every call.
+  StringsPtr errors();
+  StringsPtr Warnings();
+
+  void addWarning(std::string warning);
+  void addError(std::string error);
+
+  /// Whether the service accepted the line.
+  Boolean ActionSuccessful() const;
+  void ActionSuccessful(const Boolean& value);
+
+ private:
+  Integer m_lineNumber;
+  std::string m_line;
+  Boolean m_actionSuccessful;
+};
+
+} // namespace imex

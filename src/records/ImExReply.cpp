@@ -1,0 +1,118 @@
+#include "records/ImExReply.h"
+
+#include "module/properties.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
+
+#include <string_view>
+#include <utility>
+
+namespace imex {
+
+namespace {
+
+constexpr std::string_view kSource = "ImExReply";
+
+std::string textOf(host::SoapNode& parent, std::string_view name) {
+  const host::SoapNode* node = parent.child(name);
+  return node != nullptr ? node->text() : std::string();
+}
+
+/// The text without the blanks around it, which an answer may hold for layout.
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r\n";
+  const auto first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos)
+    return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+Boolean booleanOf(host::SoapNode& parent, std::string_view name) {
+  const std::string text = textOf(parent, name);
+  const std::string_view word = trimmed(text);
+  if (equalsIgnoringCase(word, "true") || word == "1")
+    return true;
+  if (equalsIgnoringCase(word, "false") || word == "0")
+    return false;
+  throw RuntimeError(ErrorNumber::typeMismatch, kSource);
+}
+
+Integer integerOf(host::SoapNode& parent, std::string_view name) {
+  return toInteger(trimmed(textOf(parent, name)));
+}
+
+} // namespace
+
+Boolean ImExReply::IsSuccessful() const {
+  return readTraced(kSource, "IsSuccessful", m_isSuccessful);
+}
+
+void ImExReply::IsSuccessful(Boolean value) {
+  writeTraced(kSource, "IsSuccessful", m_isSuccessful, value);
+}
+
+Boolean ImExReply::hasErrors() const {
+  return readTraced(kSource, "hasErrors", m_hasErrors);
+}
+
+void ImExReply::hasErrors(Boolean value) {
+  writeTraced(kSource, "hasErrors", m_hasErrors, value);
+}
+
+Boolean ImExReply::hasWarnings() const {
+  return readTraced(kSource, "hasWarnings", m_hasWarnings);
+}
+
+void ImExReply::hasWarnings(Boolean value) {
+  writeTraced(kSource, "hasWarnings", m_hasWarnings, value);
+}
+
+std::string ImExReply::reply() const {
+  return readTraced(kSource, "reply", m_reply);
+}
+
+void ImExReply::reply(std::string value) {
+  writeTraced(kSource, "reply", m_reply, std::move(value));
+}
+
+ImExFormatsPtr ImExReply::ImExFormats() {
+  if (!cImExFormats)
+    cImExFormats = std::make_shared<Collection<ImExFormatPtr>>();
+  return cImExFormats;
+}
+
+void ImExReply::processReply(host::SoapNode& aReply) {
+  traced(
+      {kSource, "processReply"},
+      [&] {
+        reply(textOf(aReply, "reply"));
+        hasErrors(booleanOf(aReply, "hasErrors"));
+        hasWarnings(booleanOf(aReply, "hasWarnings"));
+        intTotalErrorsAndWarnings = 0;
+        if (host::SoapNode* results = aReply.child("importExportResultBean"))
+          results->forEachChild([&](host::SoapNode& result) { addResult(result); });
+      },
+      Reraise{});
+}
+
+void ImExReply::addResult(host::SoapNode& result) {
+  const auto format = std::make_shared<ImExFormat>();
+  format->ActionSuccessful(booleanOf(result, "isIuccessful"));
+  format->Line(textOf(result, "line"));
+  format->LineNumber(integerOf(result, "lineNumber"));
+  if (host::SoapNode* errors = result.child("errors")) {
+    errors->forEachChild([&](host::SoapNode& text) {
+      format->addError(text.text());
+      ++intTotalErrorsAndWarnings;
+    });
+  }
+  if (host::SoapNode* warnings = result.child("warnings")) {
+    warnings->forEachChild([&](host::SoapNode& text) {
+      format->addWarning(text.text());
+      ++intTotalErrorsAndWarnings;
+    });
+  }
+  ImExFormats()->add(format);
+}
+
+} // namespace imex

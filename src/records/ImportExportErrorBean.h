@@ -1,0 +1,24 @@
+#pragma once
+
+#include "runtime/Integer.h"
+
+#include <string>
+
+namespace imex {
+
+/// One message about one row of the import file.
+class ImportExportErrorBean {
+ public:
+  /// The row of the file that the message belongs to.
+  void RowNumber(const Integer& value);
+  Integer RowNumber() const;
+
+  void RowError(std::string value);
+  std::string RowError() const;
+
+ private:
+  Integer m_rowNumber;
+  std::string m_rowError;
+};
+
+} // namespace imex
