@@ -1,0 +1,22 @@
+#pragma once
+
+#include "runtime/Integer.h"
+
+#include <string>
+
+namespace imex {
+
+/// The numbers of the failing lines for the status message: "3,17,18". A text of 50 characters or more takes no
+/// further number; the next one ends it with " and others." and is the last that counts.
+class FailureList {
+ public:
+  void add(Integer lineNumber);
+
+  const std::string& text() const { return m_text; }
+
+ private:
+  std::string m_text;
+  bool m_isFull = false;
+};
+
+} // namespace imex

@@ -1,0 +1,89 @@
+#include "request/ImExRequest.h"
+
+#include "host/MessageBox.h"
+#include "host/Services.h"
+#include "module/ImExModule.h"
+#include "module/tracing.h"
+#include "request/correction.h"
+#include "request/texts.h"
+
+#include <memory>
+
+namespace imex {
+
+namespace {
+
+constexpr std::string_view kSource = "ImExRequest";
+constexpr std::size_t kGreatestErrorCount = 10;
+
+} // namespace
+
+ImExRequest::FileReading ImExRequest::readImportFile(const AddLine& addLine) {
+  FileReading reading{std::make_shared<Strings>()};
+  traced(
+      {kSource, "readImportFile"}, [&] { readLines(reading, addLine); },
+      [&](const CaughtError&) { reportUnreadable(reading); });
+  return reading;
+}
+
+ImExRequest::FileReading ImExRequest::addImportLines(const AddLine& addLine) {
+  FileReading reading{std::make_shared<Strings>()};
+  traced(
+      {kSource, "addImportLines"}, [&] { readLines(reading, addLine); },
+      [&](const CaughtError&) { reportUnreadable(reading); });
+  return reading;
+}
+
+void ImExRequest::readLines(FileReading& reading, const AddLine& addLine) {
+  m_rowCount = 0;
+  m_fileIsClean = true;
+  if (!ImExModule::checkFileExists(CheckedFileName())) {
+    host::required(host::services().messageBox).show(kCannotOpenFile, host::kInformationStyle, kMaintenanceTitle);
+    return;
+  }
+  ImExModule::InputFile file(CheckedFileName());
+  std::string_view line;
+  while (file.readLine(line)) {
+    if (line.empty())
+      continue;
+    ++m_rowCount;
+    const StringsPtr findings = simpleClientValidation(line, DelimiterAscii(), tabCount());
+    if (!findings->isEmpty()) {
+      reading.errors->add(findings->item(1));
+      m_fileIsClean = false;
+      break;
+    }
+    if (reading.errors->count() > kGreatestErrorCount)
+      break;
+    addLine(line);
+  }
+  reading.isComplete = m_fileIsClean;
+}
+
+void ImExRequest::reportUnreadable(FileReading& reading) {
+  reading.isComplete = false;
+  SerializationFailed.raise(std::string(kCannotOpenFile));
+}
+
+void ImExRequest::askToCorrect(const Strings& errors) {
+  const host::Answer answer = host::required(host::services().messageBox)
+                                  .show(correctionQuestion(errors), host::kQuestionStyle, kMaintenanceTitle);
+  if (answer != host::Answer::yes || !checkFileForEdit())
+    return;
+  const std::string origin = DataOrigin();
+  if (origin == "AGENT" && (m_dataType == "CUSTOMER" || m_dataType == "PRODUCT"))
+    tabCount(ImExModule::getFormatColumnCount(formatKey()));
+  raiseEditImportFile();
+}
+
+void ImExRequest::raiseEditImportFile() {
+  std::string message = "File format incorrect.";
+  Integer rows = rowCount();
+  Integer columns = tabCount();
+  std::string fileName = CheckedFileName();
+  StringsPtr headers = ImExModule::getFormatColumns(formatKey());
+  Integer delimiter = DelimiterAscii();
+  editImportFile.raise(message, rows, columns, fileName, headers, delimiter);
+}
+
+} // namespace imex

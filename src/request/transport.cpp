@@ -1,0 +1,224 @@
+#include "request/ImExRequest.h"
+
+#include "host/CurrentUser.h"
+#include "host/ServiceCall.h"
+#include "host/Services.h"
+#include "host/Settings.h"
+#include "host/TransportFactory.h"
+#include "module/tracing.h"
+#include "request/importLines.h"
+#include "runtime/text.h"
+
+#include <array>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace imex {
+
+namespace {
+
+constexpr std::string_view kSource = "ImExRequest";
+
+constexpr std::string_view kSecuredSpace = "urn:ImportExportService";
+constexpr std::string_view kUnsecuredSpace = "urn:UnsecuredImportExportService";
+constexpr std::string_view kLiteralXml = "http://xml.apache.org/xml-soap/literalxml";
+
+constexpr std::string_view kProxyServer = "localhost"; // only the port of the proxy is a setting
+constexpr std::int32_t kTimeoutOfLine = 1000;
+constexpr std::int32_t kNoTimeout = 0;
+
+constexpr std::string_view kEnvironmentError = "An environment error has been detected.";
+constexpr std::string_view kSendingError = "An error has occurred while sending the data.";
+
+struct InstantMethod {
+  std::string_view dataOrigin;
+  std::string_view dataType;
+  std::string_view name;
+  std::string_view space;
+};
+
+constexpr std::array<InstantMethod, 6> kInstantMethods = {{
+    {"AGENT", "CUSTOMER", "importCustomersInstant", kSecuredSpace},
+    {"HALVIK", "CUSTOMER", "importCustomersInstant", kSecuredSpace},
+    {"AGENT", "PRODUCT", "importProductsInstant", kSecuredSpace},
+    {"AGENT", "COMMISSION", "importCommissionsInstant", kSecuredSpace},
+    {"AGENT", "INVOICE", "importInvoicesInstant", kSecuredSpace},
+    {"HALVIK", "BALLASTS", "importBallastsInstant", kUnsecuredSpace},
+}};
+
+host::Settings& settings() {
+  return host::required(host::services().settings);
+}
+
+host::CurrentUser& currentUser() {
+  return host::required(host::services().currentUser);
+}
+
+/// An element without a namespace or a type.
+host::SoapNode& createElement(host::SoapNode& parent, std::string_view name, std::string_view value = {}) {
+  return parent.create(name, value, "", "", "");
+}
+
+std::string_view word(Boolean flag) {
+  return flag ? "TRUE" : "FALSE";
+}
+
+/// The sum, or the greatest value where it does not fit: the counter is informative and must not stop an import.
+std::int32_t addSaturated(std::int32_t a, std::int32_t b) {
+  return a > std::numeric_limits<std::int32_t>::max() - b ? std::numeric_limits<std::int32_t>::max() : a + b;
+}
+
+} // namespace
+
+// --- The road of send() ---------------------------------------------------------------------------------------------
+
+void ImExRequest::send() {
+  const host::ImportBean bean{requestInformation(), std::make_shared<host::DataContainer>()};
+  const std::string origin = DataOrigin();
+  const bool sendsLines = areLinesSent(m_dataType, origin, Road::send);
+  m_lineTimeout = settings().timeout();
+  const FileReading reading = readImportFile([&](std::string_view line) {
+    if (sendsLines)
+      bean.dataContainer->lines.add({lineAsSent(line, m_dataType, origin, m_delimiterAscii)});
+    m_lineTimeout = addSaturated(m_lineTimeout, kTimeoutOfLine);
+  });
+  if (!reading.errors->isEmpty())
+    askToCorrect(*reading.errors);
+  else if (reading.isComplete)
+    callService(bean);
+}
+
+std::shared_ptr<host::RequestInformation> ImExRequest::requestInformation() {
+  auto information = std::make_shared<host::RequestInformation>();
+  information->importExport = ImportExport();
+  information->dataType = DataType();
+  information->schedule = Schedule();
+  information->dataOrigin = DataOrigin();
+  information->delimiter = Delimiter();
+  information->userName = currentUser().name();
+  information->allowWarnings = AllowWarnings();
+  information->allowTruncation = AllowTruncation();
+  return information;
+}
+
+/// Ballasts go to the unsecured service within the host's time-out, and their answer is not read; all else goes to the
+/// secured one without a limit. Both on purpose.
+void ImExRequest::callService(const host::ImportBean& bean) {
+  const bool ballasts = isBallasts();
+  const std::string address = ballasts ? settings().unsecuredAddress() : settings().securedAddress();
+  const std::string userId = currentUser().id();
+  const host::ServiceRequest request{
+      .space = ballasts ? kUnsecuredSpace : kSecuredSpace,
+      .methodName = "importData",
+      .beanType = "HXImportBean",
+      .bean = bean,
+      .address = address,
+      .timeout = ballasts ? settings().timeout() : kNoTimeout,
+      .userId = userId,
+  };
+  const std::shared_ptr<host::SoapNode> result = host::required(host::services().serviceCall).call(request);
+  if (ballasts)
+    return;
+  if (!result)
+    throw RuntimeError(ErrorNumber::objectVariableNotSet, kSource);
+  Deserialize(*result);
+}
+
+// --- The instant road -----------------------------------------------------------------------------------------------
+
+bool ImExRequest::selectInstantMethod(host::SoapEnvelope& envelope) {
+  return traced(
+      {kSource, "selectInstantMethod"},
+      [&] {
+        const std::string origin = DataOrigin();
+        for (const InstantMethod& method : kInstantMethods) {
+          if (method.dataOrigin != origin || method.dataType != m_dataType)
+            continue;
+          envelope.setMethod(method.name, method.space);
+          return true;
+        }
+        return false;
+      },
+      Reraise{});
+}
+
+bool ImExRequest::buildRequestInformation(host::SoapNode& node) {
+  return traced(
+      {kSource, "buildRequestInformation"},
+      [&] {
+        createElement(node, "IMPORTEXPORT", ImportExport());
+        createElement(node, "DATATYPE", DataType());
+        createElement(node, "SCHEDULE", Schedule());
+        createElement(node, "DATAORIGIN", DataOrigin());
+        createElement(node, "DELIMITER", Delimiter());
+        createElement(node, "USERNAME", currentUser().name());
+        createElement(node, "ALLOWWARNINGS", word(AllowWarnings()));
+        createElement(node, "ALLOWTRUNCATION", word(AllowTruncation()));
+        return true;
+      },
+      [&](const CaughtError&) {
+        SerializationFailed.raise("Unable to create a request to process.");
+        return false;
+      });
+}
+
+/// Proxy, time-out and action; then the exchange, and the answer's first parameter to Deserialize().
+void ImExRequest::sendInstant(host::HttpTransport& transport, host::SoapEnvelope& envelope) {
+  const std::string proxyPort = settings().proxyPort();
+  if (proxyPort.empty())
+    transport.NoProxy();
+  else
+    transport.SetProxy(kProxyServer, proxyPort);
+  transport.Timeout(settings().timeout());
+  transport.SOAPAction(isBallasts() ? kUnsecuredSpace : kSecuredSpace);
+  transport.send(isBallasts() ? settings().unsecuredAddress() : settings().securedAddress(), envelope.serialise());
+  envelope.parse(transport.Receive("UTF-8"), "");
+  Deserialize(envelope.parameter(0));
+}
+
+void ImExRequest::Serialize() {
+  // What an error means to the user depends on how far the procedure has come.
+  enum class Stage { environment, requestInformation, exchange } stage = Stage::environment;
+  traced(
+      {.source = kSource, .name = "Serialize", .errorName = "Serialize()"},
+      [&] {
+        auto& factory = host::required(host::services().transportFactory);
+        const auto transport = factory.createTransport();
+        const auto envelope = factory.createEnvelope();
+        envelope->setEncodingStyle(kLiteralXml);
+        if (!selectInstantMethod(*envelope)) {
+          SerializationFailed.raise(std::string(kSendingError));
+          return;
+        }
+        createElement(envelope->header(), "userID", currentUser().id());
+        host::SoapNode& wrapper = createElement(createElement(envelope->parameters(), "PARAM_ELEMENT"), "IMPORTEXPORTWRAPPER");
+
+        stage = Stage::requestInformation;
+        host::SoapNode& lines = createElement(wrapper, "LINES");
+        if (!buildRequestInformation(createElement(wrapper, "REQUESTINFORMATION")))
+          return;
+
+        stage = Stage::exchange;
+        const std::string origin = DataOrigin();
+        const FileReading reading = addImportLines([&](std::string_view line) {
+          createElement(lines, "LINE", lineAsSent(line, m_dataType, origin, m_delimiterAscii));
+        });
+        if (!reading.errors->isEmpty())
+          askToCorrect(*reading.errors);
+        else if (reading.isComplete)
+          sendInstant(*transport, *envelope);
+      },
+      [&](const CaughtError& error) {
+        if (stage == Stage::environment)
+          SerializationFailed.raise(std::string(kEnvironmentError));
+        else if (stage == Stage::requestInformation)
+          SerializationFailed.raise(std::string(kSendingError));
+        else
+          SerializationFailed.raise("Exception while attempting to import " + m_dataType + ". " +
+                                    std::string(kLineBreak) + error.description + ". " + std::string(kLineBreak));
+      });
+}
+
+} // namespace imex
