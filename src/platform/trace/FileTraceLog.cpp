@@ -1,0 +1,96 @@
+#include "platform/trace/FileTraceLog.h"
+
+#include "runtime/text.h"
+
+#include <spdlog/async_logger.h>
+#include <spdlog/sinks/rotating_file_sink.h>
+#include <spdlog/spdlog.h>
+
+#include <cstddef>
+
+namespace imex::platform {
+
+namespace {
+
+constexpr std::size_t kGreatestFileSize = 64UL * 1024 * 1024;
+constexpr std::size_t kOldFiles = 3;
+constexpr std::size_t kQueueSize = 8192; // a full queue makes the caller wait, so that no line is lost
+constexpr std::size_t kThreads = 1;      // one thread keeps the order of the calls
+
+std::string onOneLine(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string result;
+  result.reserve(text.size());
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '\n')
+      result += "\\n";
+    else if (c == '\r')
+      result += "\\r";
+    else if (c == '\t')
+      result += "\\t";
+    else if (byte < 0x20 || byte == 0x7F)
+      result += {'\\', 'x', kDigits[byte >> 4U], kDigits[byte & 0xFU]};
+    else
+      result += c;
+  }
+  return result;
+}
+
+std::string textOf(const RuntimeError& error, std::int32_t line) {
+  std::string text = "Error " + std::to_string(error.number()) + " (" + error.source() + "): " + error.description();
+  if (line != 0)
+    text += " at line " + std::to_string(line);
+  return text;
+}
+
+} // namespace
+
+struct FileTraceLog::Writer {
+  explicit Writer(const std::string& path)
+      : pool(std::make_shared<spdlog::details::thread_pool>(kQueueSize, kThreads)),
+        logger(std::make_shared<spdlog::async_logger>(
+            "trace", std::make_shared<spdlog::sinks::rotating_file_sink_mt>(path, kGreatestFileSize, kOldFiles), pool,
+            spdlog::async_overflow_policy::block)) {
+    logger->set_pattern("%Y-%m-%d %H:%M:%S.%e\t%l\t%v");
+    logger->set_level(spdlog::level::trace);
+  }
+
+  void write(spdlog::level::level_enum level, std::string_view source, std::string_view procedure,
+             std::string_view message) {
+    logger->log(level, "{}\t{}\t{}", onOneLine(source), onOneLine(procedure), onOneLine(message));
+  }
+
+  std::shared_ptr<spdlog::details::thread_pool> pool;
+  std::shared_ptr<spdlog::async_logger> logger;
+};
+
+FileTraceLog::FileTraceLog(const std::string& path) {
+  try {
+    m_writer = std::make_unique<Writer>(path);
+  } catch (const spdlog::spdlog_ex& error) {
+    throw RuntimeError(static_cast<std::int32_t>(ErrorNumber::deviceIoError), "FileTraceLog",
+                       "The trace file " + path + " cannot be opened: " + error.what());
+  }
+}
+
+FileTraceLog::~FileTraceLog() {
+  m_writer->logger->flush(); // the pool's thread writes what is queued before it ends
+}
+
+void FileTraceLog::LogError(std::string_view source, std::string_view procedure, const RuntimeError& error,
+                            std::int32_t line) {
+  m_writer->write(spdlog::level::err, source, procedure, textOf(error, line));
+}
+
+void FileTraceLog::Trace(std::string_view source, std::string_view procedure, std::string_view message,
+                         std::int32_t /*level*/) {
+  m_writer->write(spdlog::level::trace, source, procedure, message);
+}
+
+void FileTraceLog::LogResumedError(std::string_view source, std::string_view procedure, const RuntimeError& error,
+                                   std::int32_t line) {
+  m_writer->write(spdlog::level::warn, source, procedure, textOf(error, line));
+}
+
+} // namespace imex::platform

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "host/TraceLog.h"
+
+#include <memory>
+#include <string>
+
+
+namespace imex::platform {
+
+/// A trace log in a file, one line a call: time, level, source, procedure, message, separated by tabs. Errors are
+/// written with the level "error" (those after which the procedure went on: "warning") and a message of number, source
+/// and description. A background thread writes, so that tracing does not wait for the disk; the file starts anew in a
+/// numbered one when it reaches 64 MiB, and three old ones are kept.
+///
+/// Control characters in the texts are written as \n, \r, \t and \xNN, so that a call is always one line.
+class FileTraceLog : public host::TraceLog {
+ public:
+  /// Appends to the file at `path`. Error 57 where it cannot be opened, with a description that names it.
+  explicit FileTraceLog(const std::string& path);
+  /// Waits until everything is written.
+  ~FileTraceLog() override;
+
+  void LogError(std::string_view source, std::string_view procedure, const RuntimeError& error,
+                std::int32_t line) override;
+  void Trace(std::string_view source, std::string_view procedure, std::string_view message,
+             std::int32_t level) override;
+  void LogResumedError(std::string_view source, std::string_view procedure, const RuntimeError& error,
+                       std::int32_t line) override;
+
+ private:
+  struct Writer;
+  std::unique_ptr<Writer> m_writer;
+};
+
+} // namespace imex::platform
