@@ -1,0 +1,161 @@
+#include "ConsoleHost.h"
+
+#include "host/Application.h"
+#include "host/BrowserLauncher.h"
+#include "host/Clock.h"
+#include "host/CurrentUser.h"
+#include "host/MessageBox.h"
+#include "host/Services.h"
+#include "host/Settings.h"
+#include "host/TraceLog.h"
+#include "platform/files/DiskFiles.h"
+#include "platform/soap/SoapServiceCall.h"
+#include "platform/soap/SoapTransportFactory.h"
+#include "platform/trace/FileTraceLog.h"
+
+#include <ctime>
+#include <iostream>
+
+namespace imex::cli {
+
+namespace {
+
+std::string reasonOf(const RuntimeError& error) {
+  return error.description() + " (error " + std::to_string(error.number()) + ")";
+}
+
+/// Settings, application and user as the options have them.
+class OptionSettings : public host::Settings, public host::Application, public host::CurrentUser {
+ public:
+  explicit OptionSettings(Options options) : m_options(std::move(options)) {}
+
+  std::string securedAddress() const override { return m_options.securedAddress; }
+  std::string unsecuredAddress() const override { return m_options.unsecuredAddress; }
+  std::int32_t timeout() const override { return m_options.timeout; }
+  std::string proxyPort() const override { return m_options.proxyPort; }
+  std::string installationDirectory() const override { return m_options.applicationDirectory; }
+  std::string path() const override { return m_options.applicationDirectory; }
+  std::string name() const override { return m_options.userName; }
+  std::string id() const override { return m_options.userId; }
+
+ private:
+  Options m_options;
+};
+
+class ErrorStreamBox : public host::MessageBox {
+ public:
+  explicit ErrorStreamBox(bool answersYes) : m_answersYes(answersYes) {}
+
+  host::Answer show(std::string_view prompt, int style, std::string_view title) override {
+    std::cerr << title << ": " << prompt;
+    if (style != host::kQuestionStyle) {
+      std::cerr << std::endl;
+      return host::Answer::ok;
+    }
+    std::cerr << (m_answersYes ? " Yes" : " No") << std::endl;
+    return m_answersYes ? host::Answer::yes : host::Answer::no;
+  }
+
+ private:
+  bool m_answersYes;
+};
+
+class NoBrowser : public host::BrowserLauncher {
+ public:
+  void show(std::string_view /*path*/, int /*option*/) override {}
+};
+
+class SystemClock : public host::Clock {
+ public:
+  host::LocalTime now() const override {
+    const std::time_t seconds = std::time(nullptr);
+    std::tm local = {};
+    ::localtime_r(&seconds, &local);
+    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min};
+  }
+};
+
+/// Remembers the last error and hands everything on to the trace file where there is one.
+class ErrorMemory : public host::TraceLog {
+ public:
+  explicit ErrorMemory(const std::string& file) {
+    if (!file.empty())
+      m_file = std::make_unique<platform::FileTraceLog>(file);
+  }
+
+  void LogError(std::string_view source, std::string_view procedure, const RuntimeError& error,
+                std::int32_t line) override {
+    lastError = reasonOf(error);
+    if (m_file)
+      m_file->LogError(source, procedure, error, line);
+  }
+
+  void Trace(std::string_view source, std::string_view procedure, std::string_view message,
+             std::int32_t level) override {
+    if (m_file)
+      m_file->Trace(source, procedure, message, level);
+  }
+
+  void LogResumedError(std::string_view source, std::string_view procedure, const RuntimeError& error,
+                       std::int32_t line) override {
+    lastError = reasonOf(error);
+    if (m_file)
+      m_file->LogResumedError(source, procedure, error, line);
+  }
+
+  std::string lastError;
+
+ private:
+  std::unique_ptr<platform::FileTraceLog> m_file;
+};
+
+} // namespace
+
+struct ConsoleHost::Services {
+  explicit Services(const Options& options)
+      : settings(options), messageBox(options.answersYes), serviceCall(transports, settings),
+        trace(std::make_shared<ErrorMemory>(options.traceFile)) {}
+
+  OptionSettings settings;
+  ErrorStreamBox messageBox;
+  NoBrowser browser;
+  SystemClock clock;
+  platform::DiskFiles files;
+  platform::SoapTransportFactory transports;
+  platform::SoapServiceCall serviceCall;
+  std::shared_ptr<ErrorMemory> trace;
+};
+
+ConsoleHost::ConsoleHost(const Options& options) : m_services(std::make_unique<Services>(options)) {
+  host::Services services;
+  services.application = &m_services->settings;
+  services.settings = &m_services->settings;
+  services.currentUser = &m_services->settings;
+  services.clock = &m_services->clock;
+  services.messageBox = &m_services->messageBox;
+  services.browserLauncher = &m_services->browser;
+  services.files = &m_services->files;
+  services.transportFactory = &m_services->transports;
+  services.serviceCall = &m_services->serviceCall;
+  services.createTraceLog = [trace = m_services->trace] { return trace; };
+  host::install(std::move(services));
+}
+
+ConsoleHost::~ConsoleHost() {
+  host::install({});
+}
+
+std::string ConsoleHost::lastError() const {
+  return m_services->trace->lastError;
+}
+
+std::string ConsoleHost::openingError(const std::string& path) const {
+  try {
+    m_services->files.openForInput(path);
+    return {};
+  } catch (const RuntimeError& error) {
+    return reasonOf(error);
+  }
+}
+
+} // namespace imex::cli

@@ -1,0 +1,64 @@
+#include "Results.h"
+
+#include <nlohmann/json.hpp>
+
+#include <iostream>
+
+namespace imex::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json orNull(const std::optional<std::string>& text) {
+  return text ? Json(*text) : Json(nullptr);
+}
+
+/// The text on one line of the output and the rest of it below, indented.
+std::string indented(const std::string& text) {
+  std::string result;
+  for (const char c : text) {
+    if (c == '\r')
+      continue;
+    result += c;
+    if (c == '\n')
+      result += "             ";
+  }
+  return result;
+}
+
+void printTexts(const char* label, const std::vector<std::string>& texts) {
+  for (const std::string& text : texts)
+    std::cout << "  " << label << indented(text) << '\n';
+}
+
+} // namespace
+
+void printJson(const Results& results) {
+  Json lines = Json::array();
+  for (const LineResult& line : results.lines)
+    lines.push_back({{"line", line.line},
+                     {"successful", line.successful},
+                     {"errors", line.errors},
+                     {"warnings", line.warnings}});
+  const Json object = {{"outcome", results.outcome},
+                       {"reply", orNull(results.reply)},
+                       {"report", orNull(results.report)},
+                       {"lines", std::move(lines)}};
+  std::cout << object.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+void printText(const Results& results) {
+  for (const LineResult& line : results.lines) {
+    std::cout << "Line " << line.line << ": " << (line.successful ? "accepted" : "failed") << '\n';
+    printTexts("Error:     ", line.errors);
+    printTexts("Warning:   ", line.warnings);
+  }
+  if (results.reply)
+    std::cout << "Reply:   " << *results.reply << '\n';
+  std::cout << "Outcome: " << results.outcome << '\n';
+  if (results.report)
+    std::cout << "Report:  " << *results.report << '\n';
+}
+
+} // namespace imex::cli

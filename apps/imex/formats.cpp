@@ -1,0 +1,119 @@
+#include "formats.h"
+
+#include "commands.h"
+#include "module/ImExModule.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <iomanip>
+#include <iostream>
+
+namespace imex::cli {
+
+namespace {
+
+struct Format {
+  std::string_view dataType;
+  std::string_view dataOrigin;
+};
+
+constexpr std::array<Format, 9> kFormats = {{
+    {"CUSTOMER", "AGENT"},
+    {"CUSTOMER", "HALVIK"},
+    {"PRODUCT", "AGENT"},
+    {"PROJECTLINEITEM", "AGENT"},
+    {"QUOTELINEITEM", "AGENT"},
+    {"ORDERLINEITEM", "AGENT"},
+    {"INVOICE", "AGENT"},
+    {"COMMISSION", "AGENT"},
+    {"BALLASTS", "HALVIK"},
+}};
+
+std::string joined(const Strings& texts, std::string_view separator) {
+  std::string result;
+  for (const std::string& text : texts) {
+    if (&text != &*texts.begin())
+      result += separator;
+    result += text;
+  }
+  return result;
+}
+
+std::string keyOf(const Format& format) {
+  return std::string(format.dataType) + std::string(format.dataOrigin);
+}
+
+bool isLoaded(const Format& format) {
+  return ImExModule::getFormatColumns(keyOf(format)) != nullptr;
+}
+
+void printTable() {
+  std::cout << std::left << std::setw(17) << "TYPE" << std::setw(8) << "ORIGIN" << "COLUMNS\n";
+  for (const Format& format : kFormats) {
+    std::cout << std::setw(17) << format.dataType << std::setw(8) << format.dataOrigin;
+    if (isLoaded(format))
+      std::cout << int{ImExModule::getFormatColumnCount(keyOf(format))} << '\n';
+    else
+      std::cout << "not loaded\n";
+  }
+}
+
+void printJson() {
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  for (const Format& format : kFormats) {
+    if (!isLoaded(format))
+      continue;
+    const StringsPtr columns = ImExModule::getFormatColumns(keyOf(format));
+    list.push_back({{"type", format.dataType},
+                    {"origin", format.dataOrigin},
+                    {"columns", std::vector<std::string>(columns->begin(), columns->end())}});
+  }
+  std::cout << nlohmann::ordered_json{{"formats", list}}.dump(2) << '\n';
+}
+
+bool areAllLoaded() {
+  for (const Format& format : kFormats) {
+    if (!isLoaded(format))
+      return false;
+  }
+  return true;
+}
+
+} // namespace
+
+std::optional<ExitStatus> formatProblem(const Options& options) {
+  const std::string key = options.dataType + options.dataOrigin;
+  if (ImExModule::getFormatColumns(key))
+    return std::nullopt;
+  for (const Format& format : kFormats) {
+    // The catalogue has said in a box which file it could not read.
+    if (keyOf(format) == key)
+      return ExitStatus::cannotOpenFile;
+  }
+  std::cerr << "imex: there is no format of the type \"" << options.dataType << "\" and the origin \""
+            << options.dataOrigin << "\"; \"imex formats\" lists them\n";
+  return ExitStatus::wrongUse;
+}
+
+ExitStatus runTemplate(const Options& options) {
+  if (const auto problem = formatProblem(options))
+    return *problem;
+  const StringsPtr columns = ImExModule::getFormatColumns(options.dataType + options.dataOrigin);
+  if (options.asJson)
+    std::cout << nlohmann::ordered_json{{"columns", std::vector<std::string>(columns->begin(), columns->end())}}.dump(2)
+              << '\n';
+  else
+    std::cout << joined(*columns, "\t") << '\n';
+  return ExitStatus::accepted;
+}
+
+ExitStatus runFormats(const Options& options) {
+  if (options.asJson)
+    printJson();
+  else
+    printTable();
+  return areAllLoaded() ? ExitStatus::accepted : ExitStatus::cannotOpenFile;
+}
+
+} // namespace imex::cli

@@ -1,0 +1,59 @@
+#include "requests.h"
+
+#include "module/ImExModule.h"
+#include "runtime/paths.h"
+
+#include <iostream>
+
+namespace imex::cli {
+
+void fill(ImExRequest& request, const Options& options) {
+  request.ImportExport("IMPORT");
+  request.DataOrigin(options.dataOrigin);
+  request.DataType(options.dataType);
+  request.Delimiter(options.delimiter);
+  request.Schedule("INSTANT");
+  request.CheckedFileName(options.file);
+  request.Directory(std::string(folderOf(options.file)));
+  request.AllowWarnings(options.allowWarnings);
+  request.AllowTruncation(options.truncate);
+  request.isCentralizedAgent = options.central;
+}
+
+std::optional<ExitStatus> fileProblem(ImExRequest& request, const Options& options, const ConsoleHost& host,
+                                      Results& results) {
+  if (request.checkFileForEdit())
+    return std::nullopt;
+  // The box says that something is wrong; which file it is and why follows here.
+  std::string reason = host.openingError(options.file);
+  if (reason.empty())
+    reason = host.lastError();
+  if (reason.empty()) {
+    results.outcome = "refused";
+    return ExitStatus::refused;
+  }
+  std::cerr << "imex: " << options.file << ": " << reason << '\n';
+  results.outcome = "unreadable";
+  return ExitStatus::cannotOpenFile;
+}
+
+std::vector<LineResult> failingLines(ImExRequest& request) {
+  std::vector<LineResult> result;
+  ImExModule::InputFile file(request.CheckedFileName());
+  std::string_view line;
+  for (int number = 1; file.readLine(line); ++number) {
+    const StringsPtr findings = request.simpleClientValidation(line, request.DelimiterAscii(), request.tabCount());
+    if (!findings->isEmpty())
+      result.push_back({number, false, {findings->begin(), findings->end()}, {}});
+  }
+  return result;
+}
+
+void print(const Results& results, const Options& options) {
+  if (options.asJson)
+    printJson(results);
+  else
+    printText(results);
+}
+
+} // namespace imex::cli
