@@ -5,9 +5,21 @@ if(IMEX_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${IMEX_CCACHE})
 endif()
 
+# The windows of the controls, their Designer plugin and their tests.
+if(NOT IMEX_CORE_ONLY)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets UiPlugin Test)
+endif()
+
+# The libraries go into programs and into the plugin, which is a module.
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
 add_library(imex_options INTERFACE)
 target_compile_options(imex_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # GCC 12 warns wrongly of overlapping copies in std::string's operator+ (its bug 105651).
+  target_compile_options(imex_options INTERFACE -Wno-restrict)
+endif()
 if(IMEX_WARNINGS_AS_ERRORS)
   target_compile_options(imex_options INTERFACE -Werror)
 endif()

@@ -80,7 +80,7 @@ void addCommands(CLI::App& app, CommandLine& line) {
 
 void addCommonOptions(CLI::App& app, CommandLine& line) {
   const auto add = [&](const char* name, Given& place, const char* help, const char* type) {
-    app.add_option(name, place, help)->type_name(type);
+    app.add_option(name, place, help)->type_name(type)->take_last();
   };
   add("--config", line.config, "INI file with the settings (see below)", "FILE");
   add("--app-dir", line.applicationDirectory, "Application directory; its \"docs\" folder holds the formats", "DIR");
@@ -147,9 +147,10 @@ void applyCodes(CommandLine& line) {
   Options& options = line.options;
   options.dataType = upperCase(options.dataType);
   options.dataOrigin = upperCase(options.dataOrigin);
-  options.delimiter = upperCase(options.delimiter);
-  if (options.delimiter != "TAB" && options.delimiter != "PIPE")
+  const std::string delimiter = upperCase(options.delimiter);
+  if (delimiter != "TAB" && delimiter != "PIPE")
     refuse("the delimiter is tab or pipe, not \"" + options.delimiter + "\"");
+  options.delimiter = delimiter;
   const std::string road = upperCase(line.road);
   if (road != "SEND" && road != "INSTANT")
     refuse("the road is send or instant, not \"" + line.road + "\"");

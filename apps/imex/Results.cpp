@@ -32,6 +32,13 @@ void printTexts(const char* label, const std::vector<std::string>& texts) {
     std::cout << "  " << label << indented(text) << '\n';
 }
 
+/// A line that did not get in although nothing is wrong with it shared a file with one that has something.
+const char* verdictOn(const LineResult& line) {
+  if (line.successful)
+    return "accepted";
+  return line.errors.empty() && line.warnings.empty() ? "not imported" : "failed";
+}
+
 } // namespace
 
 void printJson(const Results& results) {
@@ -50,7 +57,7 @@ void printJson(const Results& results) {
 
 void printText(const Results& results) {
   for (const LineResult& line : results.lines) {
-    std::cout << "Line " << line.line << ": " << (line.successful ? "accepted" : "failed") << '\n';
+    std::cout << "Line " << line.line << ": " << verdictOn(line) << '\n';
     printTexts("Error:     ", line.errors);
     printTexts("Warning:   ", line.warnings);
   }

@@ -53,13 +53,15 @@ class Import {
     }
   }
 
-  /// Tells the user what failed, and why where the text for the user does not say it.
-  void explain(const std::string& file, const std::string& lastError) const {
-    for (const std::string& failure : m_failures)
+  /// Tells the user what failed, and why and where when the text for the user does not say it.
+  void explain(const std::string& file, const std::string& address, const std::string& lastError) const {
+    for (const std::string& failure : m_failures) {
       std::cerr << "imex: " << withoutLastBreak(failure) << '\n';
-    // The words for the user do not always say why.
-    const bool hidesReason = hasFailedWith(kCannotOpenFile) || hasFailedWith(kResultsNotDisplayed);
-    if (hidesReason && !lastError.empty())
+      if (!m_reply && !isAboutFile(failure) && failure.find(address) == std::string::npos)
+        std::cerr << "imex: the address was " << address << '\n';
+    }
+    const bool isAboutAFile = std::any_of(m_failures.begin(), m_failures.end(), isAboutFile);
+    if (isAboutAFile && !lastError.empty())
       std::cerr << "imex: " << file << ": " << lastError << '\n';
   }
 
@@ -89,6 +91,11 @@ class Import {
   }
 
  private:
+  /// The texts about the import file and the results page, which do not say why.
+  static bool isAboutFile(std::string_view failure) {
+    return failure == kCannotOpenFile || failure == kResultsNotDisplayed;
+  }
+
   bool hasFailedWith(std::string_view message) const {
     return std::find(m_failures.begin(), m_failures.end(), message) != m_failures.end();
   }
@@ -128,7 +135,8 @@ ExitStatus runImport(const Options& options, const ConsoleHost& host) {
   }
   Import import(request, options.road);
   import.run();
-  import.explain(options.file, host.lastError());
+  import.explain(options.file, options.dataType == "BALLASTS" ? options.unsecuredAddress : options.securedAddress,
+                 host.lastError());
   if (import.isSilent())
     results.lines = failingLines(request);
   const Ending ending = import.ending(!results.lines.empty());

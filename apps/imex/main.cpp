@@ -4,11 +4,22 @@
 #include "runtime/RuntimeError.h"
 
 #include <iostream>
+#include <locale>
+#include <stdexcept>
 
 namespace {
 
 using namespace imex;
 using namespace imex::cli;
+
+/// Numbers in files are read by the rules of the user's locale. Where the environment names an unknown one, those of
+/// the classic locale hold.
+void useLocaleOfUser() {
+  try {
+    std::locale::global(std::locale(""));
+  } catch (const std::runtime_error&) { // there is no such locale on this machine
+  }
+}
 
 ExitStatus run(const Options& options, const ConsoleHost& host) {
   ImExModule::initialize();
@@ -31,6 +42,7 @@ int main(int argc, char** argv) {
   const ParsedOptions parsed = parseOptions(argc, argv);
   if (parsed.exitStatus)
     return *parsed.exitStatus;
+  useLocaleOfUser();
   try {
     const ConsoleHost host(parsed.options);
     return static_cast<int>(run(parsed.options, host));

@@ -1,0 +1,186 @@
+#include "ProgramTest.h"
+
+#include <filesystem>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace imex::test {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr const char* kCannotOpen =
+    "Corvana Maintenance: Unable to open the file selected. Please try again.\n";
+constexpr const char* kWrongDelimiter =
+    "The file you are attempting to import is not properly delimited. It should contain 20 of your chosen delimiter "
+    "in each row of the file.";
+constexpr const char* kOpenInEditor = "Opening the file within the editor and saving will correct the error.";
+
+/// A bad import file, on either road: what is said, the status, what is sent, and that the file stays as it was.
+class BadFile : public RoadTest {
+ protected:
+  BadFile() : m_server(FaultyServer::ok(soapAnswer(acceptedLine()))) { use(m_server); }
+
+  Ended import(std::string_view bytes, std::vector<std::string> more = {}) {
+    const std::string file = folder.write("customers.txt", bytes);
+    const Ended ended = importOnRoad(file, std::move(more));
+    EXPECT_EQ(bytes, folder.read("customers.txt"));
+    return ended;
+  }
+
+  /// The lines that arrived at the service, as XML.
+  std::vector<std::string> sentLines() const {
+    std::vector<std::string> lines;
+    for (const FaultyServer::Request& request : m_server.requests()) {
+      for (std::size_t at = request.body.find("<LINE>"); at != std::string::npos;
+           at = request.body.find("<LINE>", at + 1))
+        lines.push_back(request.body.substr(at + 6, request.body.find("</LINE>", at) - at - 6));
+    }
+    return lines;
+  }
+
+  bool isAnythingSent() const { return !m_server.requests().empty(); }
+
+ private:
+  FaultyServer m_server;
+};
+
+TEST_P(BadFile, missing_isNamed) {
+  const std::string file = folder / "none.txt";
+  const Ended ended = importOnRoad(file);
+  EXPECT_EQ(66, ended.status);
+  EXPECT_EQ(kCannotOpen + ("imex: " + file) + ": File not found (error 53)\n", ended.err);
+  EXPECT_EQ("Outcome: unreadable\n", ended.out);
+  EXPECT_FALSE(isAnythingSent());
+}
+
+TEST_P(BadFile, folder_isNamed) {
+  const std::string file = folder / "a.folder";
+  std::filesystem::create_directory(file);
+  const Ended ended = importOnRoad(file);
+  EXPECT_EQ(66, ended.status);
+  EXPECT_EQ(kCannotOpen + ("imex: " + file) + ": Path/File access error (error 75)\n", ended.err);
+  EXPECT_FALSE(isAnythingSent());
+}
+
+TEST_P(BadFile, missingFolder_isNamed) {
+  const std::string file = folder / "none/none.txt";
+  const Ended ended = importOnRoad(file);
+  EXPECT_EQ(66, ended.status);
+  EXPECT_EQ(kCannotOpen + ("imex: " + file) + ": Path not found (error 76)\n", ended.err);
+}
+
+TEST_P(BadFile, withoutAccess_isNamed) {
+  if (::geteuid() == 0)
+    GTEST_SKIP() << "the superuser reads every file";
+  const std::string file = folder.write("secret.txt", "x");
+  ::chmod(file.c_str(), 0);
+  const Ended ended = importOnRoad(file);
+  EXPECT_EQ(66, ended.status);
+  EXPECT_EQ(kCannotOpen + ("imex: " + file) + ": Permission denied (error 70)\n", ended.err);
+}
+
+TEST_P(BadFile, empty_sendsNoLines) {
+  EXPECT_EQ(0, import("").status);
+  EXPECT_TRUE(isAnythingSent());
+  EXPECT_EQ(std::vector<std::string>{}, sentLines());
+}
+
+TEST_P(BadFile, longestFile_isSent) {
+  std::string bytes;
+  for (int i = 1; i <= 32767; ++i)
+    bytes += customer("C" + std::to_string(i)) + "\r\n";
+  EXPECT_EQ(0, import(bytes).status);
+  EXPECT_EQ(32767U, sentLines().size());
+}
+
+TEST_P(BadFile, oneLineTooMany_isRefused) {
+  std::string bytes;
+  for (int i = 1; i <= 32768; ++i)
+    bytes += customer("C" + std::to_string(i)) + "\r\n";
+  const Ended ended = import(bytes);
+  EXPECT_EQ(2, ended.status);
+  EXPECT_EQ("Corvana Maintenance: The file you are attempting to edit exceeds the maximum size of lines (32,767). "
+            "Please edit the file and try again.\n",
+            ended.err);
+  EXPECT_EQ("Outcome: refused\n", ended.out);
+  EXPECT_FALSE(isAnythingSent());
+}
+
+TEST_P(BadFile, lineTooLongToSplit_isShownAndLeftToTheService) {
+  const std::string line = customer("C1", std::string(40000, 'n'));
+  const Ended ended = import(line + "\r\n");
+  EXPECT_EQ(0, ended.status);
+  EXPECT_EQ("Error Number: 6 - Overflow: Unable to validate the format of the file being imported.\n", ended.err);
+  EXPECT_EQ(1U, sentLines().size());
+}
+
+TEST_P(BadFile, wrongDelimiter_isAQuestion) {
+  const Ended ended = import(customer("C1", "Firm", "|") + "\r\n");
+  EXPECT_EQ(2, ended.status);
+  EXPECT_EQ(std::string("Corvana Maintenance: ") + kWrongDelimiter + "\r\n" + kOpenInEditor +
+                "\r\n\r\n Would you like to correct the file? No\n",
+            ended.err);
+  EXPECT_EQ(std::string("Line 1: failed\n  Error:     ") + kWrongDelimiter + "\n             " + kOpenInEditor +
+                "\nOutcome: refused\n",
+            ended.out);
+  EXPECT_FALSE(isAnythingSent());
+}
+
+TEST_P(BadFile, pipe_isTakenWhenAskedFor) {
+  EXPECT_EQ(0, import(customer("C1", "Firm", "|") + "\r\n", {"--delimiter", "Pipe"}).status);
+  EXPECT_EQ((std::vector<std::string>{"C1|FIRM|12 MAIN STREET|||COLUMBUS|OH|43004|||614-555-0100||A||||||||"}),
+            sentLines());
+}
+
+TEST_P(BadFile, lineFeedsAlone_makeOneLineOfTheFile) {
+  const Ended ended = import(customer("C1") + "\n" + customer("C2") + "\n");
+  EXPECT_EQ(2, ended.status);
+  EXPECT_THAT(ended.err, HasSubstr(kWrongDelimiter));
+  EXPECT_FALSE(isAnythingSent());
+}
+
+TEST_P(BadFile, windows1252_arrivesAsUtf8) {
+  EXPECT_EQ(0, import(customer("C1", "Caf\xE9 \x80") + "\r\n").status);
+  const auto lines = sentLines();
+  ASSERT_EQ(1U, lines.size());
+  EXPECT_THAT(lines[0], HasSubstr("CAFÉ €"));
+}
+
+TEST_P(BadFile, utf8Mark_isNoPartOfTheFirstField) {
+  EXPECT_EQ(0, import("\xEF\xBB\xBF" + customer("C1", "Café") + "\r\n").status);
+  const auto lines = sentLines();
+  ASSERT_EQ(1U, lines.size());
+  EXPECT_TRUE(lines[0].starts_with("C1"));
+  EXPECT_THAT(lines[0], HasSubstr("CAFÉ"));
+}
+
+TEST_P(BadFile, controlCharacterThatXmlCannotCarry_isSaidAndNothingSent) {
+  const Ended ended = import(customer("C1") + "\r\n" + customer("C2", "Fi\x01rm") + "\r\n");
+  EXPECT_EQ(GetParam() == "send" ? 3 : 66, ended.status);
+  EXPECT_THAT(ended.err, HasSubstr("U+0001"));
+  EXPECT_FALSE(isAnythingSent());
+}
+
+TEST_P(BadFile, answeredYes_isStillNotSent) {
+  const Ended ended = import("too few\r\n", {"--yes"});
+  EXPECT_EQ(2, ended.status);
+  EXPECT_THAT(ended.err, HasSubstr("Would you like to correct the file? Yes\n"));
+  EXPECT_FALSE(isAnythingSent());
+}
+
+TEST_P(BadFile, relativePath_isThatOfTheCaller) {
+  folder.write("customers.txt", customer("C1") + "\r\n");
+  std::filesystem::current_path(folder.path());
+  std::filesystem::create_directories(folder / "cache/corvana/temp");
+  const Ended ended = importOnRoad("customers.txt");
+  EXPECT_EQ(0, ended.status) << ended.err;
+  EXPECT_THAT(ended.out, HasSubstr("Report:  " + (folder / "validationresults.html")));
+}
+
+INSTANTIATE_TEST_SUITE_P(imex, BadFile, testing::Values("send", "instant"),
+                         [](const auto& road) { return road.param; });
+
+} // namespace
+} // namespace imex::test
