@@ -1,6 +1,7 @@
 #include "commands.h"
 
 #include "formats.h"
+#include "lineItems.h"
 #include "requests.h"
 
 namespace imex::cli {
@@ -8,18 +9,21 @@ namespace imex::cli {
 ExitStatus runCheck(const Options& options, const ConsoleHost& host) {
   if (const auto problem = formatProblem(options))
     return *problem;
+  if (areLineItems(options))
+    return runLineItems(options, host);
   ImExRequest request;
   fill(request, options);
   Results results;
-  if (const auto problem = fileProblem(request, options, host, results)) {
-    print(results, options);
-    return *problem;
+  Ending ending = kAccepted;
+  if (const auto problem = fileProblem(request, options, host)) {
+    ending = *problem;
+  } else {
+    results.lines = failingLines(request);
+    ending = results.lines.empty() ? kAccepted : kRefused;
   }
-  results.lines = failingLines(request);
-  const bool isGood = results.lines.empty();
-  results.outcome = isGood ? "accepted" : "refused";
+  results.outcome = ending.outcome;
   print(results, options);
-  return isGood ? ExitStatus::accepted : ExitStatus::refused;
+  return ending.status;
 }
 
 } // namespace imex::cli

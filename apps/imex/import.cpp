@@ -1,6 +1,7 @@
 #include "commands.h"
 
 #include "formats.h"
+#include "lineItems.h"
 #include "request/texts.h"
 #include "requests.h"
 #include "runtime/text.h"
@@ -11,18 +12,6 @@
 namespace imex::cli {
 
 namespace {
-
-struct Ending {
-  ExitStatus status;
-  std::string_view outcome;
-};
-
-constexpr Ending kAccepted{ExitStatus::accepted, "accepted"};
-constexpr Ending kRejected{ExitStatus::rejected, "rejected"};
-constexpr Ending kSent{ExitStatus::accepted, "sent"};
-constexpr Ending kRefused{ExitStatus::refused, "refused"};
-constexpr Ending kFailed{ExitStatus::exchangeFailed, "failed"};
-constexpr Ending kUnreadable{ExitStatus::cannotOpenFile, "unreadable"};
 
 std::vector<std::string> texts(const StringsPtr& list) {
   return {list->begin(), list->end()};
@@ -121,17 +110,14 @@ void remark(const Options& options, const Ending& ending) {
     std::cerr << "imex: the service's answer is not read on this road; --road instant shows it\n";
 }
 
-} // namespace
-
-ExitStatus runImport(const Options& options, const ConsoleHost& host) {
-  if (const auto problem = formatProblem(options))
-    return *problem;
+ExitStatus runServiceImport(const Options& options, const ConsoleHost& host) {
   ImExRequest request;
   fill(request, options);
   Results results;
-  if (const auto problem = fileProblem(request, options, host, results)) {
+  if (const auto problem = fileProblem(request, options, host)) {
+    results.outcome = problem->outcome;
     print(results, options);
-    return *problem;
+    return problem->status;
   }
   Import import(request, options.road);
   import.run();
@@ -145,6 +131,14 @@ ExitStatus runImport(const Options& options, const ConsoleHost& host) {
   remark(options, ending);
   print(results, options);
   return ending.status;
+}
+
+} // namespace
+
+ExitStatus runImport(const Options& options, const ConsoleHost& host) {
+  if (const auto problem = formatProblem(options))
+    return *problem;
+  return areLineItems(options) ? runLineItems(options, host) : runServiceImport(options, host);
 }
 
 } // namespace imex::cli

@@ -20,21 +20,17 @@ void fill(ImExRequest& request, const Options& options) {
   request.isCentralizedAgent = options.central;
 }
 
-std::optional<ExitStatus> fileProblem(ImExRequest& request, const Options& options, const ConsoleHost& host,
-                                      Results& results) {
+std::optional<Ending> fileProblem(ImExRequest& request, const Options& options, const ConsoleHost& host) {
   if (request.checkFileForEdit())
     return std::nullopt;
   // The box says that something is wrong; which file it is and why follows here.
   std::string reason = host.openingError(options.file);
   if (reason.empty())
     reason = host.lastError();
-  if (reason.empty()) {
-    results.outcome = "refused";
-    return ExitStatus::refused;
-  }
+  if (reason.empty())
+    return kRefused;
   std::cerr << "imex: " << options.file << ": " << reason << '\n';
-  results.outcome = "unreadable";
-  return ExitStatus::cannotOpenFile;
+  return kUnreadable;
 }
 
 std::vector<LineResult> failingLines(ImExRequest& request) {
