@@ -39,8 +39,10 @@ struct CommandLine {
 };
 
 void addFormat(CLI::App& command, Options& options) {
-  command.add_option("--type", options.dataType, "Data type: CUSTOMER, PRODUCT, INVOICE, COMMISSION, BALLASTS, "
-                                                 "PROJECTLINEITEM, QUOTELINEITEM or ORDERLINEITEM")
+  command
+      .add_option("--type", options.dataType,
+                  "Data type: CUSTOMER, PRODUCT, INVOICE, COMMISSION, BALLASTS, "
+                  "PROJECTLINEITEM, QUOTELINEITEM or ORDERLINEITEM")
       ->required()
       ->type_name("TYPE");
   command.add_option("--origin", options.dataOrigin, "Layout of the file: AGENT or HALVIK")
@@ -63,20 +65,21 @@ void addCommands(CLI::App& app, CommandLine& line) {
   import->add_option("--road", line.road, "How to send it: send (the default) or instant")->type_name("NAME");
   import->add_flag("--allow-warnings", options.allowWarnings, "Let lines pass that carry only warnings");
   import->add_flag("--truncate", options.truncate, "Let the service cut values that are too long");
-  import->callback([&options] { options.command = Command::import; });
+  import->callback([&options] { options.command = Command::import;
+});
 
-  CLI::App* check = app.add_subcommand("check", "Print every line that fails the client's checks; send nothing");
-  addFile(*check, options);
-  check->callback([&options] { options.command = Command::check; });
+CLI::App* check = app.add_subcommand("check", "Print every line that fails the client's checks; send nothing");
+addFile(*check, options);
+check->callback([&options] { options.command = Command::check; });
 
-  CLI::App* columns = app.add_subcommand("template", "Print the column names of a format, separated by tabs");
-  addFormat(*columns, options);
-  columns->callback([&options] { options.command = Command::columnTemplate; });
+CLI::App* columns = app.add_subcommand("template", "Print the column names of a format, separated by tabs");
+addFormat(*columns, options);
+columns->callback([&options] { options.command = Command::columnTemplate; });
 
-  CLI::App* formats = app.add_subcommand("formats", "List the known formats");
-  formats->callback([&options] { options.command = Command::formats; });
-  app.require_subcommand(1);
-}
+CLI::App* formats = app.add_subcommand("formats", "List the known formats");
+formats->callback([&options] { options.command = Command::formats; });
+app.require_subcommand(1);
+} // namespace
 
 void addCommonOptions(CLI::App& app, CommandLine& line) {
   const auto add = [&](const char* name, Given& place, const char* help, const char* type) {
@@ -180,7 +183,7 @@ int fail(const std::string& message, ExitStatus status) {
   return static_cast<int>(status);
 }
 
-} // namespace
+} // namespace imex::cli
 
 ParsedOptions parseOptions(int argc, const char* const* argv) {
   CLI::App app("Imports delimited text files into Corvana's import service, without a window.", "imex");

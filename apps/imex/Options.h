@@ -15,9 +15,9 @@ struct Options {
   Command command = Command::formats;
 
   // The import
-  std::string file;             ///< absolute
-  std::string dataType;         ///< in capitals
-  std::string dataOrigin;       ///< in capitals
+  std::string file;              ///< absolute
+  std::string dataType;          ///< in capitals
+  std::string dataOrigin;        ///< in capitals
   std::string delimiter = "TAB"; ///< "TAB" or "PIPE"
   Road road = Road::send;
   bool allowWarnings = false;

@@ -44,10 +44,8 @@ const char* verdictOn(const LineResult& line) {
 void printJson(const Results& results) {
   Json lines = Json::array();
   for (const LineResult& line : results.lines)
-    lines.push_back({{"line", line.line},
-                     {"successful", line.successful},
-                     {"errors", line.errors},
-                     {"warnings", line.warnings}});
+    lines.push_back(
+        {{"line", line.line}, {"successful", line.successful}, {"errors", line.errors}, {"warnings", line.warnings}});
   const Json object = {{"outcome", results.outcome},
                        {"reply", orNull(results.reply)},
                        {"report", orNull(results.report)},

@@ -49,7 +49,8 @@ bool isLoaded(const Format& format) {
 }
 
 void printTable() {
-  std::cout << std::left << std::setw(17) << "TYPE" << std::setw(8) << "ORIGIN" << "COLUMNS\n";
+  std::cout << std::left << std::setw(17) << "TYPE" << std::setw(8) << "ORIGIN"
+            << "COLUMNS\n";
   for (const Format& format : kFormats) {
     std::cout << std::setw(17) << format.dataType << std::setw(8) << format.dataOrigin;
     if (isLoaded(format))

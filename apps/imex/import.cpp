@@ -2,7 +2,7 @@
 
 #include "formats.h"
 #include "lineItems.h"
-#include "request/texts.h"
+#include "request/shared.h"
 #include "requests.h"
 #include "runtime/text.h"
 
@@ -75,8 +75,8 @@ class Import {
     if (!hasFailedWith(kResultsNotDisplayed))
       results.report = m_request.Directory() + std::string(kResultsPageName);
     for (const ImExFormatPtr& format : *m_reply->ImExFormats())
-      results.lines.push_back({format->LineNumber(), format->ActionSuccessful(), texts(format->errors()),
-                               texts(format->Warnings())});
+      results.lines.push_back(
+          {format->LineNumber(), format->ActionSuccessful(), texts(format->errors()), texts(format->Warnings())});
   }
 
  private:
@@ -91,9 +91,8 @@ class Import {
 
   bool isRejected() const {
     const ImExFormatsPtr formats = m_reply->ImExFormats();
-    return m_reply->hasErrors() || std::any_of(formats->begin(), formats->end(), [](const ImExFormatPtr& format) {
-             return !format->ActionSuccessful();
-           });
+    return m_reply->hasErrors() || std::any_of(formats->begin(), formats->end(),
+                                               [](const ImExFormatPtr& format) { return !format->ActionSuccessful(); });
   }
 
   ImExRequest& m_request;

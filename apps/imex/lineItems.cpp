@@ -17,8 +17,9 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::array<std::string_view, 11> kProperties = {
-    "quantity",     "AType",        "Brand",        "CatalogNumber",     "Col1x",            "Column1Price",
-    "Column2Price", "Column3Price", "Column1Commission", "Column2Commission", "Column3Commission"};
+    "quantity",         "AType",        "Brand",        "CatalogNumber",     "Col1x",
+    "Column1Price",     "Column2Price", "Column3Price", "Column1Commission", "Column2Commission",
+    "Column3Commission"};
 
 /// The values of a record, in the order of kProperties.
 using Record = std::array<std::string, kProperties.size()>;

@@ -19,16 +19,18 @@ class HttpTransport {
   /// Connects directly, whatever the environment says.
   virtual void NoProxy() = 0;
 
-  /// The greatest time for the whole exchange, in milliseconds; 0 is without limit.
+  /// The greatest time for the whole exchange, in milliseconds; 0 is without limit. Error 5 for a negative time.
   virtual void Timeout(std::int32_t milliseconds) = 0;
 
-  /// The value of the SOAPAction header.
+  /// The value of the SOAPAction header, without its quotes. Error 5 for control characters and quotes.
   virtual void SOAPAction(std::string_view action) = 0;
 
   /// Posts `text` to `endpoint` and waits for the whole answer.
   virtual void send(std::string_view endpoint, std::string_view text) = 0;
 
-  /// The body of the answer to the last send() in `encoding` ("UTF-8").
+  /// The body of the answer to the last send(), in `encoding` ("UTF-8") where the HTTP headers say what it is in; where
+  /// they do not, as it came, because it declares its encoding itself. Error 5 where the last send() failed, and for
+  /// another encoding.
   virtual std::string Receive(std::string_view encoding) = 0;
 };
 

@@ -25,8 +25,8 @@ class ServiceCall {
  public:
   virtual ~ServiceCall() = default;
 
-  /// Makes the call, waits for the answer and returns its result element, which keeps its message alive. Failures are
-  /// RuntimeErrors.
+  /// Makes the call, waits for the answer and returns its result element, which keeps its message alive; null where the
+  /// answer has none. Failures are RuntimeErrors.
   virtual std::shared_ptr<SoapNode> call(const ServiceRequest& request) = 0;
 };
 

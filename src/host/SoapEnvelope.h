@@ -8,7 +8,8 @@
 
 namespace imex::host {
 
-/// A SOAP 1.1 message: filled and serialised as a request, then filled again from the answer.
+/// A SOAP 1.1 message: filled and serialised as a request, then filled again from the answer. Its nodes are valid until
+/// the next parse().
 class SoapEnvelope {
  public:
   virtual ~SoapEnvelope() = default;
@@ -19,13 +20,13 @@ class SoapEnvelope {
   /// The name and the namespace of the method element.
   virtual void setMethod(std::string_view name, std::string_view space) = 0;
 
-  /// The header: its children are the header entries.
+  /// The header: its children are the header entries. A header without entries is not serialised.
   virtual SoapNode& header() = 0;
 
-  /// The method element: its children are the parameters.
+  /// The method element, after parse() the first element of the answer's body: its children are the parameters.
   virtual SoapNode& parameters() = 0;
 
-  /// The message as text, UTF-8 with an XML declaration.
+  /// The message as text, UTF-8 with an XML declaration. Error 5 where it has no method.
   virtual std::string serialise() const = 0;
 
   /// Replaces the message by an answer. `encoding` names the encoding of `data`; empty means what the data itself

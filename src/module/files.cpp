@@ -24,9 +24,8 @@ FileNumbers& openFiles() {
 InputFile::InputFile(std::string_view fileName) : InputFile(fileName, openFiles().freeNumber()) {}
 
 InputFile::InputFile(std::string_view fileName, int number)
-    : m_number(number),
-      m_reader(openFiles().openForInput(
-          number, [&] { return host::required(host::services().files).openForInput(fileName); })) {}
+    : m_number(number), m_reader(openFiles().openForInput(
+                            number, [&] { return host::required(host::services().files).openForInput(fileName); })) {}
 
 InputFile::~InputFile() {
   openFiles().close(m_number);

@@ -13,7 +13,7 @@ namespace imex::ImExModule {
 struct State {
   std::string workingDirectory;
   Collection<StringsPtr> formatCatalogue;
-  Collection<Integer> formatColumnCounts; ///< never emptied, not even when the catalogue is read again
+  Collection<Integer> formatColumnCounts;        ///< never emptied, not even when the catalogue is read again
   std::map<std::string, StringsPtr> columnLists; ///< of the formats being read, by key
   bool catalogueLoaded = false;
   FileNumbers files;

@@ -6,7 +6,8 @@
 namespace imex {
 
 void ShowBox::operator()(const CaughtError& error) const {
-  host::required(host::services().messageBox).show(prompt, host::kExclamationStyle, error.title());
+  const std::string_view text = prompt.empty() ? kDefaultFailurePrompt : std::string_view(prompt);
+  host::required(host::services().messageBox).show(text, host::kExclamationStyle, error.title());
 }
 
 namespace detail {

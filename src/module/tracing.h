@@ -50,12 +50,17 @@ struct Reraise {};
 /// Ending: the error is recorded and nothing else happens; the result is an empty one.
 struct Ignore {};
 
+/// Thrown by a body to leave its procedure in the middle although nothing failed: nothing is recorded, no exit line is
+/// written, and the result is an empty one. Where the convention wants the exit line of such a procedure, its body
+/// returns instead.
+struct LeaveEarly {};
+
 /// The prompt of a failure that has no text of its own.
 inline constexpr std::string_view kDefaultFailurePrompt = "The requested operation could not be completed.";
 
 /// Ending: the user sees a box with the error in its title; the result is an empty one.
 struct ShowBox {
-  std::string prompt = std::string(kDefaultFailurePrompt);
+  std::string prompt = {}; ///< empty: kDefaultFailurePrompt
 
   void operator()(const CaughtError& error) const;
 };
@@ -91,6 +96,8 @@ template <class Body, class Ending>
 std::invoke_result_t<Body> guarded(const Procedure& procedure, Body&& body, Ending&& ending) {
   try {
     return std::forward<Body>(body)();
+  } catch (const LeaveEarly&) {
+    return std::invoke_result_t<Body>();
   } catch (...) {
     return detail::finish<std::invoke_result_t<Body>>(procedure, std::forward<Ending>(ending));
   }

@@ -11,7 +11,7 @@ namespace imex::ImExModule {
 
 namespace {
 
-/// A "Long" amount of this many characters or more is not worth converting: it would not fit 32 bits.
+/// A "Long" amount of this many characters or more fails without being converted, even where it would fit 32 bits.
 constexpr std::size_t kTooLongForLong = 11;
 
 std::string join(std::initializer_list<std::string_view> parts) {

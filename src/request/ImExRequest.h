@@ -4,6 +4,9 @@
 #include "host/SoapNode.h"
 #include "records/ImExReply.h"
 #include "records/ImportExportErrorBean.h"
+#include "records/ImportOrderLineItemBean.h"
+#include "records/ImportProjectLineItemBean.h"
+#include "records/ImportQuoteLIneItemBean.h"
 #include "runtime/Boolean.h"
 #include "runtime/Collection.h"
 #include "runtime/Event.h"
@@ -25,6 +28,9 @@ class SoapEnvelope;
 
 using RowsPtr = CollectionPtr<StringsPtr>;
 using ErrorBeansPtr = CollectionPtr<std::shared_ptr<ImportExportErrorBean>>;
+using ProjectLineItemsPtr = CollectionPtr<std::shared_ptr<ImportProjectLineItemBean>>;
+using QuoteLineItemsPtr = CollectionPtr<std::shared_ptr<ImportQuoteLIneItemBean>>;
+using OrderLineItemsPtr = CollectionPtr<std::shared_ptr<ImportOrderLineItemBean>>;
 
 /// One import request: its settings, the checks of the import file on the client, the two roads to the import service
 /// and what becomes of the answer.
@@ -34,8 +40,9 @@ using ErrorBeansPtr = CollectionPtr<std::shared_ptr<ImportExportErrorBean>>;
 /// The settings outlive a call, failed or not; nothing is retried. No setting is checked: an unknown code matches no
 /// branch. The user's file is only ever read.
 ///
-/// Codes: ImportExport "IMPORT"; DataType "CUSTOMER", "PRODUCT", "INVOICE", "COMMISSION", "BALLASTS"; DataOrigin
-/// "AGENT" (the agent's own layout), "HALVIK" (the manufacturer's); Schedule "INSTANT"; Delimiter "TAB", "PIPE".
+/// Codes: ImportExport "IMPORT"; DataType "CUSTOMER", "PRODUCT", "INVOICE", "COMMISSION", "BALLASTS" and, for line
+/// items, "PROJECTLINEITEM", "QUOTELINEITEM", "ORDERLINEITEM"; DataOrigin "AGENT" (the agent's own layout), "HALVIK"
+/// (the manufacturer's); Schedule "INSTANT"; Delimiter "TAB", "PIPE".
 class ImExRequest {
  public:
   // --- Events, in the order of declaration --------------------------------------------------------------------------
@@ -71,6 +78,25 @@ class ImExRequest {
   /// Turns the service's result element into a reply: raises MessageReceived, writes the results page into Directory
   /// and, for an answer of at most 1000 texts, raises showErrors. An error in the answer is recorded and passed on.
   void Deserialize(host::SoapNode& resultNode);
+
+  /// Reads the file as line items, for the host: nothing is sent. One record for each line, in file order; a line with
+  /// no more characters than its format has columns is skipped and not counted. DataType and DataOrigin choose the
+  /// format, which these calls do not check against what they read.
+  ///
+  /// - Fields that fail their checks: showErrors, and an empty list. The file is read to its end first, and a line has
+  /// a
+  ///   message for each such field. The added column, "Errors", stays in the catalogue's list of the format.
+  /// - More than 500 lines counted: a box with their number, and null.
+  /// - A file that cannot be opened, or a line whose number of fields is not that of the format: a box, and null. The
+  ///   messages of earlier lines are lost.
+  /// - An error, of the reading or of a handler of showErrors: recorded, shown in a box, and null. A format of fewer
+  ///   columns than the record takes is such an error (9), a line of more than 32,767 characters and more than 32,767
+  ///   lines are others (6).
+  ///
+  /// The file is read under file number 1 and closed in every case, before showErrors is raised.
+  ProjectLineItemsPtr serializeProjectLineItemFile();
+  QuoteLineItemsPtr serializeQuoteLineItemFile();
+  OrderLineItemsPtr serializeOrderLineItemFile();
 
   /// Checks one line and returns what is wrong with it, a list that is empty when the line passes: first the number of
   /// fields, then the required fields of the agent's customer and product layouts. Never raises: an error is recorded

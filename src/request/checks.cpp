@@ -1,10 +1,8 @@
 #include "request/ImExRequest.h"
 
-#include "host/MessageBox.h"
-#include "host/Services.h"
 #include "module/ImExModule.h"
 #include "module/tracing.h"
-#include "request/texts.h"
+#include "request/shared.h"
 #include "runtime/text.h"
 
 #include <array>
@@ -71,10 +69,6 @@ std::string wrongFieldCount(Integer expectedFields) {
          "Opening the file within the editor and saving will correct the error.";
 }
 
-void showBox(std::string_view prompt) {
-  host::required(host::services().messageBox).show(prompt, host::kExclamationStyle, kMaintenanceTitle);
-}
-
 } // namespace
 
 StringsPtr ImExRequest::simpleClientValidation(std::string_view line, Integer delimiterAscii, Integer expectedFields) {
@@ -139,17 +133,17 @@ Boolean ImExRequest::checkFileForEdit() {
       {kSource, "checkFileForEdit"},
       [&] {
         if (!ImExModule::checkFileExists(CheckedFileName())) {
-          showBox(kCannotOpenFile);
-          return Boolean(false);
+          showNotice(kCannotOpenFile);
+          throw LeaveEarly();
         }
         ImExModule::InputFile file(CheckedFileName());
         int count = 0;
         std::string_view line;
         while (file.readLine(line)) {
           if (count == Integer::kMax) {
-            showBox("The file you are attempting to edit exceeds the maximum size of lines (32,767). "
-                    "Please edit the file and try again.");
-            return Boolean(false);
+            showNotice("The file you are attempting to edit exceeds the maximum size of lines (32,767). "
+                       "Please edit the file and try again.");
+            throw LeaveEarly();
           }
           ++count;
         }
@@ -158,7 +152,7 @@ Boolean ImExRequest::checkFileForEdit() {
       },
       [](const CaughtError&) {
         // The file went bad between the test and its last line: the user hears the same as for one that is not there.
-        showBox(kCannotOpenFile);
+        showNotice(kCannotOpenFile);
         return Boolean(false);
       });
 }

@@ -5,7 +5,7 @@
 #include "module/ImExModule.h"
 #include "module/tracing.h"
 #include "request/correction.h"
-#include "request/texts.h"
+#include "request/shared.h"
 
 #include <memory>
 
@@ -39,7 +39,7 @@ void ImExRequest::readLines(FileReading& reading, const AddLine& addLine) {
   m_fileIsClean = true;
   if (!ImExModule::checkFileExists(CheckedFileName())) {
     host::required(host::services().messageBox).show(kCannotOpenFile, host::kInformationStyle, kMaintenanceTitle);
-    return;
+    throw LeaveEarly();
   }
   ImExModule::InputFile file(CheckedFileName());
   std::string_view line;

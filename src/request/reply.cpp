@@ -3,7 +3,7 @@
 #include "module/ImExModule.h"
 #include "module/tracing.h"
 #include "request/failureList.h"
-#include "request/texts.h"
+#include "request/shared.h"
 
 #include <memory>
 
@@ -17,13 +17,6 @@ constexpr std::string_view kSource = "ImExRequest";
 constexpr int kGreatestAnswerInEditor = 1000;
 
 constexpr std::string_view kCommentsColumn = "Comments";
-
-void addRow(Collection<std::shared_ptr<ImportExportErrorBean>>& rows, Integer number, std::string text) {
-  const auto bean = std::make_shared<ImportExportErrorBean>();
-  bean->RowNumber(number);
-  bean->RowError(std::move(text));
-  rows.add(bean);
-}
 
 } // namespace
 
@@ -57,14 +50,14 @@ ErrorBeansPtr ImExRequest::errorRows(const std::string& failures) {
   auto rows = std::make_shared<Collection<std::shared_ptr<ImportExportErrorBean>>>();
   for (const ImExFormatPtr& format : *m_currentReply->ImExFormats()) {
     const Integer number = format->LineNumber();
-    addRow(*rows, number,
-           format->ActionSuccessful()
-               ? "Import successful for this line."
-               : "Import failed for this line due to errors and/or warnings on line(s): " + failures);
+    addErrorRow(*rows, number,
+                format->ActionSuccessful()
+                    ? "Import successful for this line."
+                    : "Import failed for this line due to errors and/or warnings on line(s): " + failures);
     for (const std::string& text : *format->errors())
-      addRow(*rows, number, "Error : " + text);
+      addErrorRow(*rows, number, "Error : " + text);
     for (const std::string& text : *format->Warnings())
-      addRow(*rows, number, "Warning : " + text);
+      addErrorRow(*rows, number, "Warning : " + text);
   }
   return rows;
 }

@@ -2,7 +2,7 @@
 
 #include "module/ImExModule.h"
 #include "module/tracing.h"
-#include "request/texts.h"
+#include "request/shared.h"
 
 #include <algorithm>
 
@@ -37,8 +37,7 @@ bool isAscii(const Collection<ImExFormatPtr>& formats) {
 /// browser reads it right.
 class Page {
  public:
-  Page(const std::string& path, bool isAscii)
-      : m_file(path, isAscii ? Encoding::utf8 : Encoding::utf8WithMark) {
+  Page(const std::string& path, bool isAscii) : m_file(path, isAscii ? Encoding::utf8 : Encoding::utf8WithMark) {
     write({"<html>", "<head><Title> Validation Results</title></head>", "<h1><center>Validation Results</center></h1>",
            "<table>"});
   }
@@ -98,9 +97,7 @@ void ImExRequest::writeErrorListReport(const Strings& texts) {
           ImExModule::launchInternetExplorer(path);
       },
       // The lower-case start is part of the text.
-      [&](const CaughtError&) {
-        SerializationFailed.raise("the results cannot be displayed in Internet Explorer.");
-      });
+      [&](const CaughtError&) { SerializationFailed.raise("the results cannot be displayed in Internet Explorer."); });
 }
 
 } // namespace imex

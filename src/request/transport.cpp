@@ -190,14 +190,16 @@ void ImExRequest::Serialize() {
         envelope->setEncodingStyle(kLiteralXml);
         if (!selectInstantMethod(*envelope)) {
           SerializationFailed.raise(std::string(kSendingError));
-          return;
+          throw LeaveEarly();
         }
         createElement(envelope->header(), "userID", currentUser().id());
-        host::SoapNode& wrapper = createElement(createElement(envelope->parameters(), "PARAM_ELEMENT"), "IMPORTEXPORTWRAPPER");
+        host::SoapNode& parameter = createElement(envelope->parameters(), "PARAM_ELEMENT");
+        host::SoapNode& wrapper = createElement(parameter, "IMPORTEXPORTWRAPPER");
+        host::SoapNode& lines = createElement(wrapper, "LINES");
+        host::SoapNode& information = createElement(wrapper, "REQUESTINFORMATION");
 
         stage = Stage::requestInformation;
-        host::SoapNode& lines = createElement(wrapper, "LINES");
-        if (!buildRequestInformation(createElement(wrapper, "REQUESTINFORMATION")))
+        if (!buildRequestInformation(information))
           return;
 
         stage = Stage::exchange;

@@ -12,9 +12,9 @@ namespace imex {
 
 /// The integer types that hold numbers: neither truth values nor characters.
 template <class T>
-concept WholeNumber = std::integral<T> && !std::same_as<T, bool> && !std::same_as<T, char> &&
-                      !std::same_as<T, wchar_t> && !std::same_as<T, char8_t> && !std::same_as<T, char16_t> &&
-                      !std::same_as<T, char32_t>;
+concept WholeNumber =
+    std::integral<T> && !std::same_as<T, bool> && !std::same_as<T, char> && !std::same_as<T, wchar_t> &&
+    !std::same_as<T, char8_t> && !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
 
 /// A signed integer of 16 bits. Every conversion into it and every sum is checked: a value outside -32768..32767
 /// raises error 6, "Overflow", and leaves the object as it was. It starts at 0 and converts to int by itself.

@@ -1,5 +1,6 @@
 #include "runtime/TextFile.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -18,7 +19,7 @@ TextReader::TextReader(std::unique_ptr<ByteSource> source)
   if (m_encoding == Encoding::utf8WithMark) {
     while (m_end < kUtf8Mark.size() && fill()) {
     }
-    m_begin = kUtf8Mark.size();
+    m_begin = std::min(kUtf8Mark.size(), m_end); // the file may have become shorter since
   }
 }
 

@@ -26,8 +26,8 @@ class Utf8Validator {
   bool start(unsigned char byte);
 
   bool m_valid = true;
-  int m_pending = 0;           ///< continuation bytes still to come
-  unsigned char m_low = 0x80;  ///< the range of the next continuation byte
+  int m_pending = 0;          ///< continuation bytes still to come
+  unsigned char m_low = 0x80; ///< the range of the next continuation byte
   unsigned char m_high = 0xBF;
 };
 

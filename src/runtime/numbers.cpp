@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <limits>
 #include <locale>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace imex {
@@ -261,11 +261,10 @@ double toDouble(std::string_view text) {
   const std::string plain = (value.isNegative ? "-" : "") + value.digits + "e" + std::to_string(value.exponent);
   double result = 0;
   const std::errc error = std::from_chars(plain.data(), plain.data() + plain.size(), result).ec;
-  // Too great and too small come back as one and the same error.
-  const bool outOfRange = error == std::errc::result_out_of_range || std::isinf(result);
-  if (outOfRange && value.wholeDigits() > 0)
+  // Too great and too small come back as one and the same error, with the result as it was: 0.
+  if (error == std::errc::result_out_of_range && value.wholeDigits() > 0)
     throw RuntimeError(ErrorNumber::overflow);
-  return outOfRange ? 0 : result;
+  return result;
 }
 
 std::int32_t toLong(std::string_view text) {

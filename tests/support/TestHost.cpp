@@ -101,8 +101,8 @@ void RecordingTraceLog::Trace(std::string_view source, std::string_view procedur
     lines.push_back("? " + text + ' ' + std::string(message) + ' ' + std::to_string(level));
 }
 
-void RecordingTraceLog::LogResumedError(std::string_view source, std::string_view procedure,
-                                        const RuntimeError& error, std::int32_t line) {
+void RecordingTraceLog::LogResumedError(std::string_view source, std::string_view procedure, const RuntimeError& error,
+                                        std::int32_t line) {
   lines.push_back(errorLine('~', source, procedure, error, line));
 }
 
@@ -149,8 +149,13 @@ int openStreamCount() {
 }
 
 std::shared_ptr<host::SoapNode> FakeServiceCall::call(const host::ServiceRequest& request) {
-  Call call{std::string(request.space), std::string(request.methodName), std::string(request.beanType),
-            *request.bean.requestInformation, {}, std::string(request.address), request.timeout,
+  Call call{std::string(request.space),
+            std::string(request.methodName),
+            std::string(request.beanType),
+            *request.bean.requestInformation,
+            {},
+            std::string(request.address),
+            request.timeout,
             std::string(request.userId)};
   for (const host::LineObject& line : request.bean.dataContainer->lines)
     call.lines.push_back(line.value);
@@ -222,8 +227,8 @@ std::string textLines(const std::vector<std::string>& lines) {
 }
 
 host::SoapNode* FakeNode::child(std::string_view localName) {
-  const auto found = std::find_if(m_children.begin(), m_children.end(),
-                                  [&](const auto& child) { return child->m_name == localName; });
+  const auto found =
+      std::find_if(m_children.begin(), m_children.end(), [&](const auto& child) { return child->m_name == localName; });
   return found == m_children.end() ? nullptr : found->get();
 }
 

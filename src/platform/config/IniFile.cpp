@@ -59,10 +59,10 @@ IniFile::IniFile(std::string_view text, const std::string& path) {
       continue;
     }
     const std::size_t equals = line.find('=');
-    if (equals == std::string_view::npos)
+    const std::string_view key = trimmed(line.substr(0, equals));
+    if (equals == std::string_view::npos || key.empty())
       raiseAt(path, number, "neither a [section] nor a key = value");
-    const std::string_view value = unquoted(trimmed(line.substr(equals + 1)));
-    m_values[nameOf(section, trimmed(line.substr(0, equals)))] = value;
+    m_values[nameOf(section, key)] = unquoted(trimmed(line.substr(equals + 1)));
   }
 }
 

@@ -44,6 +44,7 @@ constexpr mode_t kNewFileMode = 0666; // less the process's mask
     raise(ErrorNumber::permissionDenied);
   case EISDIR:
   case EEXIST:
+  case ENXIO: // a pipe that nobody reads, a socket
     raise(ErrorNumber::pathFileAccessError);
   case ENOSPC:
   case EDQUOT:
@@ -196,11 +197,11 @@ void DiskFiles::changeDirectory(std::string_view path) {
 void DiskFiles::makeDirectory(std::string_view path) {
   const fs::path native = nativePath(path);
   std::error_code error;
-  const bool isNew = fs::create_directories(native, error);
+  if (fs::exists(native, error))
+    raise(ErrorNumber::pathFileAccessError);
+  fs::create_directories(native, error);
   if (error)
     raiseErrno(error.value(), native);
-  if (!isNew)
-    raise(ErrorNumber::pathFileAccessError);
 }
 
 std::string DiskFiles::workingDirectory() const {

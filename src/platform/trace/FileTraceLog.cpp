@@ -2,7 +2,7 @@
 
 #include "runtime/text.h"
 
-#include <spdlog/async_logger.h>
+#include <spdlog/async.h>
 #include <spdlog/sinks/rotating_file_sink.h>
 #include <spdlog/spdlog.h>
 

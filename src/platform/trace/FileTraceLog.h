@@ -5,7 +5,6 @@
 #include <memory>
 #include <string>
 
-
 namespace imex::platform {
 
 /// A trace log in a file, one line a call: time, level, source, procedure, message, separated by tabs. Errors are

@@ -32,10 +32,37 @@ struct Parsed {
 };
 
 TEST(Options, importTakesEverythingInAnyCase) {
-  const Parsed parsed({"import", "/data/a.txt", "--type", "customer", "--origin", "Agent", "--delimiter", "pipe",
-                       "--road", "Instant", "--allow-warnings", "--truncate", "--central", "--app-dir", "/app/",
-                       "--secured", "http://s/", "--unsecured", "http://u/", "--timeout", "1500", "--proxy-port", "3128",
-                       "--user", "Ann", "--user-id", "a1", "--trace", "/tmp/t.log", "--json", "--yes"});
+  const Parsed parsed({"import",
+                       "/data/a.txt",
+                       "--type",
+                       "customer",
+                       "--origin",
+                       "Agent",
+                       "--delimiter",
+                       "pipe",
+                       "--road",
+                       "Instant",
+                       "--allow-warnings",
+                       "--truncate",
+                       "--central",
+                       "--app-dir",
+                       "/app/",
+                       "--secured",
+                       "http://s/",
+                       "--unsecured",
+                       "http://u/",
+                       "--timeout",
+                       "1500",
+                       "--proxy-port",
+                       "3128",
+                       "--user",
+                       "Ann",
+                       "--user-id",
+                       "a1",
+                       "--trace",
+                       "/tmp/t.log",
+                       "--json",
+                       "--yes"});
   ASSERT_EQ(std::nullopt, parsed.status) << parsed.err;
   const Options& o = parsed.options;
   EXPECT_EQ(cli::Command::import, o.command);
@@ -56,8 +83,8 @@ TEST(Options, importTakesEverythingInAnyCase) {
 }
 
 TEST(Options, defaultsAreTabSendAndNothingAllowed) {
-  const Parsed parsed({"import", "a.txt", "--type", "PRODUCT", "--origin", "AGENT", "--app-dir", "/app", "--secured",
-                       "http://s/"});
+  const Parsed parsed(
+      {"import", "a.txt", "--type", "PRODUCT", "--origin", "AGENT", "--app-dir", "/app", "--secured", "http://s/"});
   ASSERT_EQ(std::nullopt, parsed.status) << parsed.err;
   const Options& o = parsed.options;
   EXPECT_EQ((std::filesystem::current_path() / "a.txt").string(), o.file);

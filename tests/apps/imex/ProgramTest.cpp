@@ -5,8 +5,11 @@ namespace imex::test {
 ProgramTest::ProgramTest() = default;
 
 Ended ProgramTest::imex(const std::vector<std::string>& arguments) const {
-  std::vector<std::string> all = {"--app-dir", IMEX_SOURCE_DIR "/share", "--secured", secured, "--unsecured",
-                                  unsecured,   "--user",                 "Ann Agent", "--user-id", "agent1"};
+  std::vector<std::string> all = {"--app-dir",   IMEX_SOURCE_DIR "/share",
+                                  "--secured",   secured,
+                                  "--unsecured", unsecured,
+                                  "--user",      "Ann Agent",
+                                  "--user-id",   "agent1"};
   all.insert(all.end(), arguments.begin(), arguments.end());
   return run(IMEX_PROGRAM, all, {"XDG_CACHE_HOME=" + (folder / "cache")});
 }

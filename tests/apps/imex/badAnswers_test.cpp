@@ -58,8 +58,8 @@ TEST_P(BadAnswer, slowerThanTheTimeout_namesTheAddress) {
   use(server);
   // Ballasts are what the time-out holds for on both roads.
   const std::string file = folder.write("ballasts.txt", std::string(13, '\t') + "\r\n");
-  const Ended ended = imex({"import", file, "--type", "BALLASTS", "--origin", "HALVIK", "--road", GetParam(),
-                            "--timeout", "50"});
+  const Ended ended =
+      imex({"import", file, "--type", "BALLASTS", "--origin", "HALVIK", "--road", GetParam(), "--timeout", "50"});
   EXPECT_EQ(3, ended.status);
   EXPECT_THAT(ended.err, HasSubstr(unsecured));
   EXPECT_EQ("Outcome: failed\n", ended.out);
@@ -138,8 +138,8 @@ TEST_P(BadAnswer, folderOfTheFileIsFullOfAFolderOfThePagesName_keepsTheVerdict) 
   const FaultyServer server(FaultyServer::ok(soapAnswer(acceptedLine())));
   const Ended ended = importFrom(server);
   EXPECT_EQ(0, ended.status);
-  EXPECT_EQ("imex: The server responded, but the results could not be displayed.\nimex: " +
-                (folder / "customers.txt") + ": Path/File access error (error 75)\n",
+  EXPECT_EQ("imex: The server responded, but the results could not be displayed.\nimex: " + (folder / "customers.txt") +
+                ": Path/File access error (error 75)\n",
             ended.err);
   EXPECT_EQ("Line 1: accepted\nReply:   Done.\nOutcome: accepted\n", ended.out);
 }

@@ -10,8 +10,7 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr const char* kCannotOpen =
-    "Corvana Maintenance: Unable to open the file selected. Please try again.\n";
+constexpr const char* kCannotOpen = "Corvana Maintenance: Unable to open the file selected. Please try again.\n";
 constexpr const char* kWrongDelimiter =
     "The file you are attempting to import is not properly delimited. It should contain 20 of your chosen delimiter "
     "in each row of the file.";

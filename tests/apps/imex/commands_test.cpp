@@ -33,8 +33,8 @@ TEST_F(Commands, checkListsEveryFailingLineUnderItsNumberInTheFile) {
   EXPECT_TRUE(json["reply"].is_null());
   EXPECT_TRUE(json["report"].is_null());
   ASSERT_EQ(3U, json["lines"].size());
-  EXPECT_EQ((nlohmann::json{{"line", 3}, {"successful", false}, {"errors", {kRequired}},
-                            {"warnings", nlohmann::json::array()}}),
+  EXPECT_EQ((nlohmann::json{
+                {"line", 3}, {"successful", false}, {"errors", {kRequired}}, {"warnings", nlohmann::json::array()}}),
             json["lines"][0]);
   EXPECT_EQ(4, json["lines"][1]["line"]);
   EXPECT_EQ(6, json["lines"][2]["line"]);
@@ -90,8 +90,9 @@ TEST_F(Commands, unknownFormat_isWrongUse) {
     arguments.insert(arguments.end(), {"--type", "INVOICE", "--origin", "HALVIK"});
     const Ended ended = imex(arguments);
     EXPECT_EQ(64, ended.status);
-    EXPECT_EQ("imex: there is no format of the type \"INVOICE\" and the origin \"HALVIK\"; \"imex formats\" lists them\n",
-              ended.err);
+    EXPECT_EQ(
+        "imex: there is no format of the type \"INVOICE\" and the origin \"HALVIK\"; \"imex formats\" lists them\n",
+        ended.err);
   }
 }
 
@@ -99,9 +100,10 @@ TEST_F(Commands, missingFormatFile_isNamedAndTheOthersBeforeItWork) {
   for (const char* name : {"formatagentcustomer.dat", "formathalvikcustomer.dat"})
     folder.write(std::string("app/docs/") + name, "One\r\nTwo\r\n");
   const std::string app = folder / "app";
-  const std::string box = "Error Number: 53 - File not found: An error was encountered while attempting read dat file (" +
-                          app + "\\docs\\formatagentproduct.dat).\r\nSome file types will not be editable. Please "
-                          "contact production support to have this corrected.\n";
+  const std::string box =
+      "Error Number: 53 - File not found: An error was encountered while attempting read dat file (" + app +
+      "\\docs\\formatagentproduct.dat).\r\nSome file types will not be editable. Please "
+      "contact production support to have this corrected.\n";
   const Ended customers = imex({"template", "--type", "CUSTOMER", "--origin", "AGENT", "--app-dir", app});
   EXPECT_EQ(0, customers.status);
   EXPECT_EQ("One\tTwo\n", customers.out);

@@ -59,19 +59,19 @@ TEST_F(LineItemCommands, badFields_areErrorsByLine) {
   const Ended ended = order("import", bytes, {"--json"});
   EXPECT_EQ(2, ended.status);
   EXPECT_EQ("", ended.err);
-  EXPECT_EQ((Json{{"outcome", "refused"},
-                  {"records", Json::array()},
-                  {"errors",
-                   {{{"line", 1},
-                     {"error", "The amount of field Quantity with value 100000 exceeds the maximum amount 99999 ."}},
-                    {{"line", 2},
-                     {"error", "The maximum length of Type with value ELEVEN CHAR has been exceeded.  The maximum "
-                               "length is 10."}},
-                    {{"line", 2}, {"error", "Field Column 1 price with value x must be numeric."}},
-                    {{"line", 2},
-                     {"error",
-                      "The amount of field Column 1 commission with value 2 exceeds the maximum amount 1 ."}}}}}),
-            Json::parse(ended.out));
+  EXPECT_EQ(
+      (Json{{"outcome", "refused"},
+            {"records", Json::array()},
+            {"errors",
+             {{{"line", 1},
+               {"error", "The amount of field Quantity with value 100000 exceeds the maximum amount 99999 ."}},
+              {{"line", 2},
+               {"error", "The maximum length of Type with value ELEVEN CHAR has been exceeded.  The maximum "
+                         "length is 10."}},
+              {{"line", 2}, {"error", "Field Column 1 price with value x must be numeric."}},
+              {{"line", 2},
+               {"error", "The amount of field Column 1 commission with value 2 exceeds the maximum amount 1 ."}}}}}),
+      Json::parse(ended.out));
 }
 
 TEST_F(LineItemCommands, check_printsTheErrorsAndNoRecords) {
@@ -141,9 +141,12 @@ TEST_F(LineItemCommands, samples_giveWhatTheirReadmeSays) {
     const char* type;
     std::size_t records;
     std::size_t errors;
-  } samples[] = {{"project-items", "PROJECTLINEITEM", 7, 0},       {"quote-items", "QUOTELINEITEM", 6, 0},
-                 {"order-items", "ORDERLINEITEM", 6, 0},           {"project-items-broken", "PROJECTLINEITEM", 0, 9},
-                 {"quote-items-broken", "QUOTELINEITEM", 0, 9},    {"order-items-broken", "ORDERLINEITEM", 0, 6},
+  } samples[] = {{"project-items", "PROJECTLINEITEM", 7, 0},
+                 {"quote-items", "QUOTELINEITEM", 6, 0},
+                 {"order-items", "ORDERLINEITEM", 6, 0},
+                 {"project-items-broken", "PROJECTLINEITEM", 0, 9},
+                 {"quote-items-broken", "QUOTELINEITEM", 0, 9},
+                 {"order-items-broken", "ORDERLINEITEM", 0, 6},
                  {"project-items-refused", "PROJECTLINEITEM", 0, 0}};
   for (const auto& sample : samples) {
     const Ended ended = imex({"import", std::string(IMEX_SOURCE_DIR "/share/samples/") + sample.name + ".txt", "--type",

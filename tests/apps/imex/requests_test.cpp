@@ -51,8 +51,8 @@ TEST_P(RequestBytes, areThoseOfTheFormatAndTheRoad) {
   use(server);
   const std::string file = folder.write("import.txt", format.file);
 
-  const Ended ended = imex({"import", file, "--type", format.dataType, "--origin", format.dataOrigin, "--road", road,
-                            "--allow-warnings"});
+  const Ended ended = imex(
+      {"import", file, "--type", format.dataType, "--origin", format.dataOrigin, "--road", road, "--allow-warnings"});
 
   EXPECT_EQ(0, ended.status) << ended.err;
   const auto requests = server.requests();
@@ -66,9 +66,7 @@ TEST_P(RequestBytes, areThoseOfTheFormatAndTheRoad) {
 
 INSTANTIATE_TEST_SUITE_P(imex, RequestBytes,
                          testing::Combine(testing::ValuesIn(formats()), testing::Values("send", "instant")),
-                         [](const auto& of) {
-                           return std::get<0>(of.param).name() + "_" + std::get<1>(of.param);
-                         });
+                         [](const auto& of) { return std::get<0>(of.param).name() + "_" + std::get<1>(of.param); });
 
 } // namespace
 } // namespace imex::test

@@ -1,0 +1,7 @@
+#include "records/ImportOrderLineItemBean.h"
+
+namespace imex {
+
+ImportOrderLineItemBean::ImportOrderLineItemBean() : LineItemRecord("ImportOrderLineItemBean") {}
+
+} // namespace imex

@@ -1,0 +1,7 @@
+#include "records/ImportProjectLineItemBean.h"
+
+namespace imex {
+
+ImportProjectLineItemBean::ImportProjectLineItemBean() : LineItemRecord("ImportProjectLineItemBean") {}
+
+} // namespace imex
