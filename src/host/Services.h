@@ -9,10 +9,13 @@ namespace imex::host {
 
 class Application;
 class BrowserLauncher;
+class Clipboard;
 class Clock;
 class CurrentUser;
 class Files;
 class MessageBox;
+class OpenFileDialog;
+class ProgressDisplay;
 class ServiceCall;
 class Settings;
 class TraceLog;
@@ -27,10 +30,15 @@ struct Services {
   CurrentUser* currentUser = nullptr;
   Clock* clock = nullptr;
   MessageBox* messageBox = nullptr;
+  OpenFileDialog* openFileDialog = nullptr;
+  Clipboard* clipboard = nullptr;
   BrowserLauncher* browserLauncher = nullptr;
   Files* files = nullptr;
   TransportFactory* transportFactory = nullptr;
   ServiceCall* serviceCall = nullptr;
+
+  /// Makes the progress display of one operation. Left empty, no progress is shown.
+  std::function<std::unique_ptr<ProgressDisplay>()> createProgressDisplay;
 
   /// Makes the trace log of one thread, on the thread's first traced procedure. Left empty, nothing is traced.
   std::function<std::shared_ptr<TraceLog>()> createTraceLog;

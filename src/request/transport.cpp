@@ -200,7 +200,7 @@ void ImExRequest::Serialize() {
 
         stage = Stage::requestInformation;
         if (!buildRequestInformation(information))
-          return;
+          throw LeaveEarly();
 
         stage = Stage::exchange;
         const std::string origin = DataOrigin();
