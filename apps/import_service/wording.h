@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace imex::import_service {
+
+// How the messages of this program show values, numbers and lists.
+
+/// The value in double quotes. Of one with more than 40 characters the first 40 are shown, then "...".
+std::string inQuotes(std::string_view value);
+
+/// The number and the noun: "1 line", "12 lines", "0 lines".
+std::string counted(std::size_t count, std::string_view noun);
+
+/// The items with a comma and a blank between them.
+std::string listed(const std::vector<std::string>& items);
+
+/// A JSON array of texts on one line. Bytes that are not UTF-8 become U+FFFD.
+std::string jsonArray(const std::vector<std::string_view>& texts);
+
+} // namespace imex::import_service
