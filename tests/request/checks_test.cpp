@@ -420,6 +420,15 @@ TEST_F(ImExRequestEditCheck, aRefusal_leavesInTheMiddleAndWritesNoExitLine) {
   expectedBoxes = {kUnreadableBox};
 }
 
+TEST_F(ImExRequestEditCheck, aRefusal_leavesWithoutAnExitLine) {
+  EXPECT_FALSE(request.checkFileForEdit());
+  importFile(repeated("a", 32768));
+  EXPECT_FALSE(request.checkFileForEdit());
+
+  EXPECT_EQ(traceOf("checkFileForEdit()"), Texts(2, "> ImExRequest checkFileForEdit()"));
+  expectedBoxes = {kUnreadableBox, kLimitBox};
+}
+
 TEST_F(ImExRequestEditCheck, settings_otherThanRowCountStay) {
   configure("CUSTOMER", "AGENT");
   importFile("a\r\n");

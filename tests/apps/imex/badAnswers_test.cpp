@@ -41,10 +41,8 @@ class BadAnswer : public RoadTest {
 };
 
 TEST_P(BadAnswer, serviceIsDown_namesTheAddress) {
-  {
-    const FaultyServer server;
-    use(server);
-  }
+  const ClosedPort port;
+  secured = "http://127.0.0.1:" + std::to_string(port.number()) + "/secured";
   const Ended ended = importOnRoad(folder / "customers.txt");
   EXPECT_EQ(3, ended.status);
   EXPECT_THAT(ended.err, HasSubstr(secured));
