@@ -9,6 +9,7 @@ namespace imex {
 namespace {
 
 constexpr std::size_t kBufferSize = 64UL * 1024;
+constexpr std::size_t kLineBreakSize = 2;
 
 } // namespace
 
@@ -47,51 +48,57 @@ bool TextReader::fill() {
   return count > 0;
 }
 
+/// Where the CR LF of the line stands in the buffer, looked for from `searched` on. Where there is none yet, `searched`
+/// becomes the place from which to go on once there are more bytes: a last CR is looked at again, because LF may
+/// follow.
+std::optional<std::size_t> TextReader::findLineEnd(std::size_t& searched) const {
+  while (searched < m_end) {
+    const void* found = std::memchr(m_buffer.data() + searched, '\r', m_end - searched);
+    if (found == nullptr) {
+      searched = m_end;
+      break;
+    }
+    searched = static_cast<std::size_t>(static_cast<const char*>(found) - m_buffer.data());
+    if (searched + 1 == m_end)
+      break;
+    if (m_buffer[searched + 1] == '\n')
+      return searched;
+    ++searched;
+  }
+  return std::nullopt;
+}
+
+/// Makes room behind the bytes of a line that has no end yet: moves them to the front, or, where they fill the buffer,
+/// puts aside those up to `searched`.
+void TextReader::makeRoom(std::size_t& searched) {
+  if (m_begin == 0 && m_end < m_buffer.size())
+    return;
+  if (m_begin == 0) {
+    m_long.append(m_buffer.data(), searched);
+    m_begin = searched;
+  }
+  std::memmove(m_buffer.data(), m_buffer.data() + m_begin, m_end - m_begin);
+  m_end -= m_begin;
+  searched -= m_begin;
+  m_begin = 0;
+}
+
 /// Takes the bytes of one line, still in the encoding of the file.
 bool TextReader::takeLine(std::string_view& raw) {
   m_long.clear();
   std::size_t searched = m_begin;
-  for (;;) {
-    while (searched < m_end) {
-      const void* found = std::memchr(m_buffer.data() + searched, '\r', m_end - searched);
-      if (found == nullptr) {
-        searched = m_end;
-        break;
-      }
-      const auto position = static_cast<std::size_t>(static_cast<const char*>(found) - m_buffer.data());
-      if (position + 1 == m_end) {
-        searched = position; // whether LF follows shows with the next bytes
-        break;
-      }
-      searched = position + 1;
-      if (m_buffer[searched] != '\n')
-        continue;
-      raw = {m_buffer.data() + m_begin, position - m_begin};
-      m_begin = searched + 1;
-      if (!m_long.empty())
-        raw = m_long.append(raw);
-      return true;
-    }
-    // No end in sight. What is known to belong to the line makes room; a last CR stays, because LF may follow.
-    if (m_begin > 0) {
-      std::memmove(m_buffer.data(), m_buffer.data() + m_begin, m_end - m_begin);
-      m_end -= m_begin;
-      searched -= m_begin;
-      m_begin = 0;
-    } else if (m_end == m_buffer.size()) {
-      m_long.append(m_buffer.data(), searched);
-      std::memmove(m_buffer.data(), m_buffer.data() + searched, m_end - searched);
-      m_end -= searched;
-      searched = 0;
-    }
-    if (fill())
-      continue;
-    raw = {m_buffer.data(), m_end};
-    if (!m_long.empty())
-      raw = m_long.append(raw);
-    m_begin = m_end = 0;
-    return !raw.empty();
+  std::optional<std::size_t> end = findLineEnd(searched);
+  while (!end) {
+    makeRoom(searched);
+    if (!fill())
+      break;
+    end = findLineEnd(searched);
   }
+  raw = {m_buffer.data() + m_begin, end.value_or(m_end) - m_begin};
+  if (!m_long.empty())
+    raw = m_long.append(raw);
+  m_begin = end ? *end + kLineBreakSize : m_end;
+  return end || !raw.empty();
 }
 
 bool TextReader::readLine(std::string_view& line) {

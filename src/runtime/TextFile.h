@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,8 @@ class TextReader {
 
  private:
   bool fill();
+  std::optional<std::size_t> findLineEnd(std::size_t& searched) const;
+  void makeRoom(std::size_t& searched);
   bool takeLine(std::string_view& raw);
   Encoding findEncoding();
 
