@@ -18,15 +18,6 @@ std::string textOf(host::SoapNode& parent, std::string_view name) {
   return node != nullptr ? node->text() : std::string();
 }
 
-/// The text without the blanks around it, which an answer may hold for layout.
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  const auto first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos)
-    return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 Boolean booleanOf(host::SoapNode& parent, std::string_view name) {
   const std::string text = textOf(parent, name);
   const std::string_view word = trimmed(text);

@@ -199,8 +199,8 @@ class ImExRequest {
   // Reading the import file
   FileReading readImportFile(const AddLine& addLine);
   FileReading addImportLines(const AddLine& addLine);
+  FileReading readFile(std::string_view procedure, const AddLine& addLine);
   void readLines(FileReading& reading, const AddLine& addLine);
-  void reportUnreadable(FileReading& reading);
   void askToCorrect(const Strings& errors);
   void raiseEditImportFile();
 

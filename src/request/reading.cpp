@@ -19,18 +19,21 @@ constexpr std::size_t kGreatestErrorCount = 10;
 } // namespace
 
 ImExRequest::FileReading ImExRequest::readImportFile(const AddLine& addLine) {
-  FileReading reading{std::make_shared<Strings>()};
-  traced(
-      {kSource, "readImportFile"}, [&] { readLines(reading, addLine); },
-      [&](const CaughtError&) { reportUnreadable(reading); });
-  return reading;
+  return readFile("readImportFile", addLine);
 }
 
 ImExRequest::FileReading ImExRequest::addImportLines(const AddLine& addLine) {
+  return readFile("addImportLines", addLine);
+}
+
+ImExRequest::FileReading ImExRequest::readFile(std::string_view procedure, const AddLine& addLine) {
   FileReading reading{std::make_shared<Strings>()};
   traced(
-      {kSource, "addImportLines"}, [&] { readLines(reading, addLine); },
-      [&](const CaughtError&) { reportUnreadable(reading); });
+      {kSource, procedure}, [&] { readLines(reading, addLine); },
+      [&](const CaughtError&) {
+        reading.isComplete = false;
+        SerializationFailed.raise(std::string(kCannotOpenFile));
+      });
   return reading;
 }
 
@@ -58,11 +61,6 @@ void ImExRequest::readLines(FileReading& reading, const AddLine& addLine) {
     addLine(line);
   }
   reading.isComplete = m_fileIsClean;
-}
-
-void ImExRequest::reportUnreadable(FileReading& reading) {
-  reading.isComplete = false;
-  SerializationFailed.raise(std::string(kCannotOpenFile));
 }
 
 void ImExRequest::askToCorrect(const Strings& errors) {

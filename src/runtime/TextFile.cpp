@@ -35,7 +35,7 @@ Encoding TextReader::findEncoding() {
     if (head == kUtf8Mark)
       return Encoding::utf8WithMark;
     isUtf8 = validator.feed(bytes);
-    if (!isUtf8 && head.size() == kUtf8Mark.size())
+    if (!isUtf8) // nor do the bytes begin with the mark, which is valid itself
       break;
   }
   return isUtf8 && validator.isComplete() ? Encoding::utf8 : Encoding::windows1252;

@@ -123,6 +123,14 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b) {
   return upperCase(a) == upperCase(b);
 }
 
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos)
+    return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
 std::string without(std::string_view text, std::string_view unwanted) {
   std::string result(text);
   std::erase_if(result, [&](char c) { return unwanted.find(c) != std::string_view::npos; });

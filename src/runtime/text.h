@@ -23,6 +23,9 @@ std::string upperCase(std::string_view text);
 /// Whether two texts are the same when case is left out of account.
 bool equalsIgnoringCase(std::string_view a, std::string_view b);
 
+/// `text` without the blanks, tabs and line ends around it.
+std::string_view trimmed(std::string_view text);
+
 /// `text` without any of the characters in `unwanted` (ASCII), the rest in order.
 std::string without(std::string_view text, std::string_view unwanted);
 

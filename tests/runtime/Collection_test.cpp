@@ -17,16 +17,15 @@ std::vector<std::string> itemsOf(const Strings& list) {
   return {list.begin(), list.end()};
 }
 
-/// An item that refuses to be put anywhere once the switch is on.
+/// An item that may be moved so many times and then refuses.
 struct Stubborn {
-  Stubborn() = default;
-  Stubborn(const Stubborn&) { refuseIfTold(); }
-  Stubborn(Stubborn&&) { refuseIfTold(); }
-  static void refuseIfTold() {
-    if (refuses)
+  explicit Stubborn(int moves) : movesLeft(moves) {}
+  Stubborn(Stubborn&& other) : movesLeft(other.movesLeft - 1) {
+    if (movesLeft < 0)
       throw std::runtime_error("stays where it is");
   }
-  static inline bool refuses = false;
+  Stubborn& operator=(Stubborn&&) = delete;
+  int movesLeft;
 };
 
 } // namespace
@@ -111,14 +110,12 @@ TEST(Collection, aTakenKey_isError457AndLeavesTheListUnchanged) {
 
 TEST(Collection, anItemThatCannotBeAdded_leavesItsKeyFree) {
   Collection<Stubborn> list;
-  Stubborn item;
-  Stubborn::refuses = true;
-  EXPECT_THROW(list.add(std::move(item), "key"), std::runtime_error);
-  Stubborn::refuses = false;
+  EXPECT_THROW(list.add(Stubborn(0), "key"), std::runtime_error);
   EXPECT_EQ(list.count(), 0u);
   EXPECT_FALSE(list.contains("key"));
-  list.add(Stubborn(), "key");
+  list.add(Stubborn(5), "key");
   EXPECT_EQ(list.count(), 1u);
+  EXPECT_TRUE(list.contains("key"));
 }
 
 TEST(Collection, anItemCanBeChangedInPlace) {

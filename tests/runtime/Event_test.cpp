@@ -65,19 +65,25 @@ TEST(Event, anErrorInAHandler_endsTheRaisingAndReachesTheCaller) {
   EXPECT_EQ(calls, (std::vector<std::string>{"first"}));
 }
 
-TEST(Event, aHandlerThatIsConnectedByAHandler_isCalledFromTheNextTimeOn) {
+TEST(Event, handlersThatAreConnectedByAHandler_areCalledFromTheNextTimeOn) {
   Event<> event;
-  int late = 0;
+  std::vector<std::string> calls;
   bool connected = false;
   event.connect([&] {
-    if (!connected)
-      event.connect([&] { ++late; });
+    calls.push_back("first");
+    // So many that the list of handlers has to move.
+    for (int i = 0; !connected && i < 100; ++i)
+      event.connect([&] { calls.push_back("late"); });
     connected = true;
   });
+  event.connect([&] { calls.push_back("second"); });
   event.raise();
-  EXPECT_EQ(late, 0);
+  EXPECT_EQ(calls, (std::vector<std::string>{"first", "second"}));
+  calls.clear();
   event.raise();
-  EXPECT_EQ(late, 1);
+  std::vector<std::string> expected{"first", "second"};
+  expected.insert(expected.end(), 100, "late");
+  EXPECT_EQ(calls, expected);
 }
 
 TEST(Event, mayBeRaisedByItsOwnHandler) {

@@ -160,6 +160,18 @@ TEST(equalsIgnoringCase, otherTexts_areDifferent) {
   EXPECT_FALSE(equalsIgnoringCase("\u00DF", "ss"));
 }
 
+TEST(trimmed, takesBlanksTabsAndLineEndsFromBothEnds) {
+  EXPECT_EQ(trimmed(" \t\r\na b\t c \r\n"), "a b\t c");
+  EXPECT_EQ(trimmed("a"), "a");
+  EXPECT_EQ(trimmed(" \t\r\n"), "");
+  EXPECT_EQ(trimmed(""), "");
+  EXPECT_EQ(trimmed("\xC2\xA0"
+                    "a"),
+            "\xC2\xA0"
+            "a")
+      << "a no-break space is no blank here";
+}
+
 TEST(without, leavesTheOtherCharactersInOrder) {
   EXPECT_EQ(without("1,234.50", ","), "1234.50");
   EXPECT_EQ(without("a\"b'c\"", "\"'"), "abc");

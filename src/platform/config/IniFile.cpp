@@ -10,14 +10,6 @@ namespace imex::platform {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const auto first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos)
-    return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 std::string_view unquoted(std::string_view value) {
   const bool isQuoted = value.size() >= 2 && value.front() == '"' && value.back() == '"';
   return isQuoted ? value.substr(1, value.size() - 2) : value;
