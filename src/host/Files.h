@@ -22,6 +22,9 @@ class Files {
   /// Creates a file or empties an existing one, and opens it for writing.
   virtual std::unique_ptr<ByteSink> openForOutput(std::string_view path) = 0;
 
+  /// Whether two paths lead to the same existing file, by way of links too. Never raises.
+  virtual bool isSameFile(std::string_view a, std::string_view b) const = 0;
+
   /// Makes `path` the process's current directory.
   virtual void changeDirectory(std::string_view path) = 0;
 

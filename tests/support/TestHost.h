@@ -120,6 +120,7 @@ class FaultyFiles : public host::Files {
  public:
   std::unique_ptr<ByteSource> openForInput(std::string_view path) override;
   std::unique_ptr<ByteSink> openForOutput(std::string_view path) override;
+  bool isSameFile(std::string_view a, std::string_view b) const override { return m_disk.isSameFile(a, b); }
   void changeDirectory(std::string_view path) override;
   void makeDirectory(std::string_view path) override;
   std::string workingDirectory() const override { return working; }

@@ -33,6 +33,13 @@ std::string valueOf(std::string_view text, std::string_view section, std::string
 
 } // namespace
 
+TEST(IniFile, aFileInWindows1252_isReadAsOne) {
+  const TemporaryFolder folder;
+  platform::DiskFiles files;
+  const IniFile ini = IniFile::read(files, folder.write("a.ini", "[user]\nname = M\xFCller\n"));
+  EXPECT_EQ(ini.value("user", "name"), "Müller");
+}
+
 TEST(IniFile, ofNoText_hasNothingSet) {
   EXPECT_EQ(valueOf(IniFile(), "service", "secured"), "(not set)");
   EXPECT_EQ(valueOf("", "service", "secured"), "(not set)");

@@ -167,13 +167,15 @@ TEST_F(NativePath, theExactName_isPreferred) {
   EXPECT_EQ(nativePath(backslashed("DATA\\a.txt")), folder / "DATA/a.txt");
 }
 
-TEST_F(NativePath, ofSeveralNames_theAnswerIsAlwaysTheSame) {
-  folder.write("Data.txt", "");
-  folder.write("dATA.txt", "");
-  const fs::path first = nativePath(folder / "data.TXT");
-  fs::remove(folder / "Data.txt");
-  folder.write("Data.txt", "");
-  EXPECT_EQ(nativePath(folder / "data.TXT"), first);
+TEST_F(NativePath, ofSeveralNames_theFirstIsTaken) {
+  const std::vector<std::string> names = {"DATA.txt", "DATa.txt", "DAtA.txt", "DaTA.txt",
+                                          "Data.txt", "dATA.txt", "dAtA.txt", "data.txt"};
+  for (const std::string& name : names)
+    folder.write(name, "");
+  for (const std::string& name : names) {
+    EXPECT_EQ(nativePath(folder / "dAta.TXT"), folder / name);
+    fs::remove(folder / name);
+  }
 }
 
 TEST_F(NativePath, whatIsNotFound_keepsItsName) {

@@ -1,0 +1,170 @@
+#include "controls/ImExActionCtrl/ImExActionCtrl.h"
+
+#include "controls/ImExActionCtrl/choices.h"
+#include "host/MessageBox.h"
+#include "host/ProgressDisplay.h"
+#include "host/Services.h"
+#include "request/shared.h"
+#include "ui_ImExActionCtrl.h"
+
+#include <memory>
+
+namespace imex {
+
+namespace {
+
+void showInformation(std::string_view prompt) {
+  host::required(host::services().messageBox).show(prompt, host::kInformationStyle, kMaintenanceTitle);
+}
+
+/// The host's progress display with the texts of an import; null where the host has none.
+std::unique_ptr<host::ProgressDisplay> showProgress() {
+  const auto& create = host::services().createProgressDisplay;
+  std::unique_ptr<host::ProgressDisplay> display = create ? create() : nullptr;
+  if (display)
+    display->show("Corvana", "Performing Import...", "");
+  return display;
+}
+
+/// Whether a list has an item; null is the answer of a procedure that has told the user why there is none.
+template <class T>
+bool hasItems(const CollectionPtr<T>& list) {
+  return list && !list->isEmpty();
+}
+
+} // namespace
+
+// --- The buttons ----------------------------------------------------------------------------------------------------
+
+/// Its errors are recorded under the labels of two buttons, which trace readers expect.
+void ImExActionCtrl::cmdImportExport_Click() {
+  const Labels labels{"cmdImportExport_Click", "cmdExit_Click", "cmdImportExport_Click"};
+  tracedIn(
+      *this, labels,
+      [&] {
+        if (!openFile())
+          return;
+        const bool mayBeSent = request().checkFileForEdit();
+        cmbDataType_Click();
+        if (!mayBeSent)
+          return;
+        if (clientToServerTaskReady())
+          importToServer();
+        else if (clientToClientTaskReady())
+          importToHost();
+        else
+          showInformation("The Import / Export request is not yet offered. Please make another selection.");
+      },
+      ShowBox{});
+}
+
+/// Where sending fails, the button stays disabled and the pointer an hourglass, until a reply or the next import.
+void ImExActionCtrl::importToServer() {
+  report({});
+  m_ui->cmdImportExport->setEnabled(false);
+  {
+    const std::unique_ptr<host::ProgressDisplay> progress = showProgress();
+    setCursor(Qt::WaitCursor);
+    const std::shared_ptr<ImExRequest> sent = m_imExRequest; // a handler may call a mode method
+    sent->isCentralizedAgent = isCentralizedAgent;
+    sent->send();
+  }
+  restoreImport();
+}
+
+void ImExActionCtrl::restoreImport() {
+  m_ui->cmdImportExport->setEnabled(true);
+  unsetCursor();
+}
+
+/// Project and quote files are read twice, order files once, as it has always been.
+void ImExActionCtrl::importToHost() {
+  const std::shared_ptr<ImExRequest> read = m_imExRequest;
+  const std::string type = dataTypeText();
+  if (type == "Project Line Items") {
+    if (!hasItems(read->serializeProjectLineItemFile()))
+      return;
+    if (ProjectLineItemsPtr items = read->serializeProjectLineItemFile(); hasItems(items))
+      Q_EMIT insertProjectLineItems(items);
+  } else if (type == "Quote Line Items") {
+    if (!hasItems(read->serializeQuoteLineItemFile()))
+      return;
+    if (QuoteLineItemsPtr items = read->serializeQuoteLineItemFile(); hasItems(items))
+      Q_EMIT insertQuoteLineItems(items);
+  } else if (OrderLineItemsPtr items = read->serializeOrderLineItemFile(); hasItems(items)) {
+    Q_EMIT insertOrderLineItems(items);
+  }
+}
+
+void ImExActionCtrl::cmdViewErrors_Click() {
+  std::string path;
+  tracedIn(
+      *this, {.name = "cmdViewErrors_Click", .errorName = "cmdViewErrors_Click()"},
+      [&] {
+        const std::string directory = request().Directory();
+        if (directory.empty()) {
+          showInformation("You may review errors and warnings from the last import in the directory where the import "
+                          "data resided in file validationresults.html.");
+          return;
+        }
+        path = directory + std::string(kResultsPageName);
+        showDocument(path);
+      },
+      [&](const CaughtError& error) {
+        ShowBox{"An error was encountered while attempting to view the import results file " + path +
+                " using your Internet Browser."}(error);
+      });
+}
+
+/// The one button whose error shows no box.
+void ImExActionCtrl::cmdExit_Click() {
+  handler(
+      "cmdExit_Click", [&] { Q_EMIT exitMaintenance(); }, Ignore{});
+}
+
+// --- Readiness ------------------------------------------------------------------------------------------------------
+
+bool ImExActionCtrl::clientToServerTaskReady() {
+  return hostCalled("clientToServerTaskReady", [&] { return isClientToServerType(dataTypeText()); });
+}
+
+bool ImExActionCtrl::clientToClientTaskReady() {
+  return hostCalled("clientToClientTaskReady", [&] { return isClientToClientType(dataTypeText()); });
+}
+
+// --- The request's events -------------------------------------------------------------------------------------------
+
+void ImExActionCtrl::mImExRequest_MessageReceived(const std::shared_ptr<ImExReply>& reply) {
+  handler("mImExRequest_MessageReceived", [&] {
+    report(reply->reply());
+    restoreImport();
+  });
+}
+
+void ImExActionCtrl::mImExRequest_SerializationFailed(const std::string& message) {
+  handler("mImExRequest_SerializationFailed",
+          [&] { showInformation(message + " If the problem persists please contact technical support."); });
+}
+
+void ImExActionCtrl::mImExRequest_editImportFile(const std::string& message, Integer rowCount, Integer columnCount,
+                                                 const std::string& fileName, StringsPtr headers,
+                                                 Integer delimiterAscii) {
+  QString text = toQt(message);
+  QString file = toQt(fileName);
+  tracedIn(
+      *this, {.name = "mImExRequest_editImportFile", .errorName = "mImExRequest_editImportFile()"},
+      [&] { Q_EMIT editImportFile(text, rowCount, columnCount, file, headers, delimiterAscii); },
+      [&](const CaughtError& error) {
+        ShowBox{"An error was encountered while editing file " + toCore(file) + "."}(error);
+      });
+}
+
+void ImExActionCtrl::mImExRequest_showErrors(const std::string& fileName, RowsPtr lines, ErrorBeansPtr rows,
+                                             Integer rowCount, Integer columnCount, StringsPtr headers,
+                                             Integer delimiterAscii) {
+  QString file = toQt(fileName);
+  handler("mImExRequest_showErrors",
+          [&] { Q_EMIT showErrors(file, lines, rows, rowCount, columnCount, headers, delimiterAscii); });
+}
+
+} // namespace imex

@@ -1,0 +1,131 @@
+#include "controls/ImExActionCtrl/ImExActionCtrl.h"
+
+#include "controls/ImExActionCtrl/choices.h"
+#include "controls/common/DropDownList.h"
+#include "module/ImExModule.h"
+#include "ui_ImExActionCtrl.h"
+
+#include <QButtonGroup>
+
+#include <span>
+
+namespace imex {
+
+namespace {
+
+constexpr int kAgentFormat = 1;
+constexpr int kAllowTruncation = 0;
+constexpr int kForbidTruncation = 1;
+constexpr int kForbidWarnings = 0;
+
+void append(DropDownList& list, std::span<const Choice> choices) {
+  for (const Choice& choice : choices)
+    list.append(toQt(choice.text));
+}
+
+/// Adds the texts and chooses one.
+void offer(DropDownList& list, std::span<const Choice> choices, int index) {
+  append(list, choices);
+  list.setListIndex(index);
+}
+
+/// Keeps the user from the list altogether.
+void fix(DropDownList& list) {
+  list.setLocked(true);
+  list.setEnabled(false);
+}
+
+void disable(const QButtonGroup& options) {
+  for (QAbstractButton* option : options.buttons())
+    option->setEnabled(false);
+}
+
+} // namespace
+
+void ImExActionCtrl::createRequest() {
+  m_imExRequest = std::make_shared<ImExRequest>();
+  connectRequest();
+}
+
+void ImExActionCtrl::connectRequest() {
+  ImExRequest& request = *m_imExRequest;
+  request.MessageReceived.connect([this](const auto& reply) { mImExRequest_MessageReceived(reply); });
+  request.SerializationFailed.connect([this](const auto& message) { mImExRequest_SerializationFailed(message); });
+  request.editImportFile.connect([this](const auto&... arguments) { mImExRequest_editImportFile(arguments...); });
+  request.showErrors.connect([this](const auto&... arguments) { mImExRequest_showErrors(arguments...); });
+}
+
+/// Marks an option as code does it: the handler runs whether the option was marked before or not.
+void ImExActionCtrl::setTruncation(int index) {
+  m_ui->optTruncation->button(index)->setChecked(true);
+  optTruncation_Click(index);
+}
+
+void ImExActionCtrl::setWarnings(int index) {
+  m_ui->optWarnings->button(index)->setChecked(true);
+  optWarnings_Click(index);
+}
+
+/// Builds the catalogue, and gives the request the column count of its format.
+void ImExActionCtrl::startModule() {
+  ImExModule::initialize();
+  const std::string key = toCore(DataType() + DataOrigin());
+  request().tabCount(ImExModule::getFormatColumnCount(key));
+}
+
+void ImExActionCtrl::initializeClientToServer() {
+  hostCalled("initializeClientToServer", [&] {
+    createRequest();
+    offer(*m_ui->cmbDelimiter, kDelimiters, 0);
+    offer(*m_ui->cmbSchedule, kSchedules, 0);
+    m_ui->cmbSchedule->setLocked(true);
+    offer(*m_ui->cmbImportExport, kActions, 0);
+    m_ui->cmbImportExport->setLocked(true);
+    offer(*m_ui->cmbDataOrigin, kDataOrigins, kAgentFormat);
+    // At the front, so that the first of them is the one that is chosen, whatever an earlier mode call left.
+    int position = 0;
+    for (const Choice& choice : kClientToServerTypes)
+      m_ui->cmbDataType->insert(position++, toQt(choice.text));
+    m_ui->cmbDataType->setListIndex(0);
+
+    request().ImportExport("IMPORT");
+    request().DataType("CUSTOMER");
+    request().DataOrigin("AGENT");
+    request().Schedule("INSTANT");
+    request().Delimiter("TAB");
+
+    m_ui->cmdSelectFile->setVisible(true);
+    setTruncation(kAllowTruncation);
+    setWarnings(kForbidWarnings);
+    startModule();
+  });
+}
+
+void ImExActionCtrl::initializeClientToClient() {
+  hostCalled("initializeClientToClient", [&] {
+    createRequest();
+    offer(*m_ui->cmbDelimiter, kDelimiters, 0);
+    offer(*m_ui->cmbSchedule, std::span(kSchedules).first(1), 0);
+    fix(*m_ui->cmbSchedule);
+    offer(*m_ui->cmbImportExport, kActions, 0);
+    fix(*m_ui->cmbImportExport);
+    offer(*m_ui->cmbDataOrigin, kDataOrigins, kAgentFormat);
+    fix(*m_ui->cmbDataOrigin);
+    append(*m_ui->cmbDataType, kClientToClientTypes);
+
+    request().ImportExport("IMPORT");
+    request().DataOrigin("AGENT");
+    request().Schedule("INSTANT");
+    request().Delimiter("TAB");
+
+    m_ui->cmdSelectFile->setVisible(true);
+    setTruncation(kForbidTruncation);
+    disable(*m_ui->optTruncation);
+    setWarnings(kForbidWarnings);
+    disable(*m_ui->optWarnings);
+    m_ui->cmdViewErrors->setVisible(false);
+    startModule();
+  });
+}
+
+} // namespace imex

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "controls/common/text.h"
+#include "module/tracing.h"
+
+#include <QObject>
+
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+namespace imex {
+
+/// The labels of a control's procedure in the trace log, as in Procedure. The source of the trace lines is missing: it
+/// is the name that the control has at run time, its object name. An error record without a source has that name too.
+struct Labels {
+  std::string_view name;
+  std::string_view errorName = {};
+  std::string_view errorSource = {};
+};
+
+/// traced() for a procedure of `control`.
+template <class Body, class Ending>
+std::invoke_result_t<Body> tracedIn(const QObject& control, const Labels& labels, Body&& body, Ending&& ending) {
+  const std::string source = toCore(control.objectName());
+  return traced({source, labels.name, labels.errorName, labels.errorSource}, std::forward<Body>(body),
+                std::forward<Ending>(ending));
+}
+
+/// guarded() for a procedure of `control`.
+template <class Body, class Ending>
+std::invoke_result_t<Body> guardedIn(const QObject& control, const Labels& labels, Body&& body, Ending&& ending) {
+  const std::string source = toCore(control.objectName());
+  return guarded({source, labels.name, labels.errorName, labels.errorSource}, std::forward<Body>(body),
+                 std::forward<Ending>(ending));
+}
+
+namespace detail {
+
+/// Takes the error in flight and records it as one after which `procedure` goes on. A number past 16 bits raises error
+/// 6 instead, as in every procedure.
+void recordResumed(const QObject& control, std::string_view procedure);
+
+} // namespace detail
+
+/// Runs one statement of a procedure that goes on with the next one whatever happens. `procedure` is the label of the
+/// error record, with its "()".
+template <class Statement>
+void resumeNext(const QObject& control, std::string_view procedure, Statement&& statement) {
+  try {
+    std::forward<Statement>(statement)();
+  } catch (...) {
+    detail::recordResumed(control, procedure);
+  }
+}
+
+} // namespace imex

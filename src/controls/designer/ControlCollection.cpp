@@ -1,0 +1,19 @@
+#include "ControlCollection.h"
+
+#include "ControlEntry.h"
+#include "controls/ImExActionCtrl/ImExActionCtrl.h"
+
+namespace imex::designer {
+
+template <class Widget>
+void ControlCollection::add(const QString& name, const QString& toolTip) {
+  m_entries += new ControlEntry({QStringLiteral("imex::") + name, QStringLiteral("controls/%1/%1.h").arg(name), toolTip,
+                                 [](QWidget* parent) -> QWidget* { return new Widget(parent); }},
+                                this);
+}
+
+ControlCollection::ControlCollection(QObject* parent) : QObject(parent) {
+  add<ImExActionCtrl>(QStringLiteral("ImExActionCtrl"), QStringLiteral("The panel that runs one import"));
+}
+
+} // namespace imex::designer

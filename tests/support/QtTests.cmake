@@ -1,0 +1,17 @@
+# Tests of what has windows. They need no screen.
+
+add_library(imex_test_ui STATIC ${CMAKE_CURRENT_LIST_DIR}/FakeUi.cpp)
+target_link_libraries(imex_test_ui PUBLIC imex_test_support PRIVATE imex_options)
+
+# imex_qt_test(NAME SOURCES ... LINKS ...): like imex_test(), in an application with windows. A Qt warning fails the
+# test that causes it.
+function(imex_qt_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES} ${CMAKE_SOURCE_DIR}/tests/support/QtTestMain.cpp)
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_compile_definitions(${name} PRIVATE IMEX_SOURCE_DIR="${CMAKE_SOURCE_DIR}" QT_NO_KEYWORDS)
+  target_link_libraries(${name} PRIVATE imex_options ${ARG_LINKS} imex_test_ui Qt6::Test GTest::gmock GTest::gtest)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+endfunction()
