@@ -52,9 +52,12 @@ class ErrorStreamBox : public host::MessageBox {
       std::cerr << std::endl;
       return host::Answer::ok;
     }
+    hasAsked = true;
     std::cerr << (m_answersYes ? " Yes" : " No") << std::endl;
     return m_answersYes ? host::Answer::yes : host::Answer::no;
   }
+
+  bool hasAsked = false;
 
  private:
   bool m_answersYes;
@@ -85,7 +88,7 @@ class ErrorMemory : public host::TraceLog {
 
   void LogError(std::string_view source, std::string_view procedure, const RuntimeError& error,
                 std::int32_t line) override {
-    lastError = reasonOf(error);
+    remember(error);
     if (m_file)
       m_file->LogError(source, procedure, error, line);
   }
@@ -98,14 +101,20 @@ class ErrorMemory : public host::TraceLog {
 
   void LogResumedError(std::string_view source, std::string_view procedure, const RuntimeError& error,
                        std::int32_t line) override {
-    lastError = reasonOf(error);
+    remember(error);
     if (m_file)
       m_file->LogResumedError(source, procedure, error, line);
   }
 
   std::string lastError;
+  int errorCount = 0;
 
  private:
+  void remember(const RuntimeError& error) {
+    lastError = reasonOf(error);
+    ++errorCount;
+  }
+
   std::unique_ptr<platform::FileTraceLog> m_file;
 };
 
@@ -147,6 +156,14 @@ ConsoleHost::~ConsoleHost() {
 
 std::string ConsoleHost::lastError() const {
   return m_services->trace->lastError;
+}
+
+bool ConsoleHost::hasAskedQuestion() const {
+  return m_services->messageBox.hasAsked;
+}
+
+int ConsoleHost::errorCount() const {
+  return m_services->trace->errorCount;
 }
 
 std::string ConsoleHost::openingError(const std::string& path) const {

@@ -22,6 +22,12 @@ class ConsoleHost {
   /// Empty where none has failed.
   std::string lastError() const;
 
+  /// Whether a box has asked the user something.
+  bool hasAskedQuestion() const;
+
+  /// How many errors were recorded so far.
+  int errorCount() const;
+
   /// Why the file cannot be read, "File not found (error 53)"; empty where it can be opened.
   std::string openingError(const std::string& path) const;
 

@@ -23,7 +23,8 @@ constexpr const char* kExitStatuses = R"(Exit status:
   2   refused by the client's checks
   3   the exchange with the service failed
   64  wrong use
-  66  a file cannot be opened)";
+  66  a file cannot be opened
+  74  standard output does not take the results)";
 
 constexpr const char* kIniHelp = R"(INI file with the settings:
   [application] directory, title   [service] secured, unsecured, timeout, proxyPort
@@ -44,9 +45,11 @@ void addFormat(CLI::App& command, Options& options) {
                   "Data type: CUSTOMER, PRODUCT, INVOICE, COMMISSION, BALLASTS, "
                   "PROJECTLINEITEM, QUOTELINEITEM or ORDERLINEITEM")
       ->required()
+      ->take_last()
       ->type_name("TYPE");
   command.add_option("--origin", options.dataOrigin, "Layout of the file: AGENT or HALVIK")
       ->required()
+      ->take_last()
       ->type_name("ORIGIN");
 }
 
@@ -54,31 +57,33 @@ void addFile(CLI::App& command, Options& options) {
   command.add_option("FILE", options.file, "The file, one record a line")->required()->type_name("");
   addFormat(command, options);
   command.add_option("--delimiter", options.delimiter, "What separates the fields: tab (the default) or pipe")
+      ->take_last()
       ->type_name("NAME");
   command.add_flag("--central", options.central, "This is the central server: distributors are refused");
 }
 
 void addCommands(CLI::App& app, CommandLine& line) {
   Options& options = line.options;
-  CLI::App* import = app.add_subcommand("import", "Import a file and print the verdict on each line");
-  addFile(*import, options);
-  import->add_option("--road", line.road, "How to send it: send (the default) or instant")->type_name("NAME");
-  import->add_flag("--allow-warnings", options.allowWarnings, "Let lines pass that carry only warnings");
-  import->add_flag("--truncate", options.truncate, "Let the service cut values that are too long");
-  import->callback([&options] { options.command = Command::import;
-});
+  CLI::App* sending = app.add_subcommand("import", "Import a file and print the verdict on each line");
+  addFile(*sending, options);
+  sending->add_option("--road", line.road, "How to send it: send (the default) or instant")
+      ->take_last()
+      ->type_name("NAME");
+  sending->add_flag("--allow-warnings", options.allowWarnings, "Let lines pass that carry only warnings");
+  sending->add_flag("--truncate", options.truncate, "Let the service cut values that are too long");
+  sending->callback([&options] { options.command = Command::importFile; });
 
-CLI::App* check = app.add_subcommand("check", "Print every line that fails the client's checks; send nothing");
-addFile(*check, options);
-check->callback([&options] { options.command = Command::check; });
+  CLI::App* check = app.add_subcommand("check", "Print every line that fails the client's checks; send nothing");
+  addFile(*check, options);
+  check->callback([&options] { options.command = Command::check; });
 
-CLI::App* columns = app.add_subcommand("template", "Print the column names of a format, separated by tabs");
-addFormat(*columns, options);
-columns->callback([&options] { options.command = Command::columnTemplate; });
+  CLI::App* columns = app.add_subcommand("template", "Print the column names of a format, separated by tabs");
+  addFormat(*columns, options);
+  columns->callback([&options] { options.command = Command::columnTemplate; });
 
-CLI::App* formats = app.add_subcommand("formats", "List the known formats");
-formats->callback([&options] { options.command = Command::formats; });
-app.require_subcommand(1);
+  CLI::App* formats = app.add_subcommand("formats", "List the known formats");
+  formats->callback([&options] { options.command = Command::formats; });
+  app.require_subcommand(1);
 } // namespace
 
 void addCommonOptions(CLI::App& app, CommandLine& line) {
@@ -119,14 +124,15 @@ std::string port(const std::string& text) {
   return text;
 }
 
-/// Absolute, because the component changes the current directory; without a separator at its end.
+/// Absolute, because the component changes the current directory; without a separator at its end. ".." stays: what it
+/// means behind a symbolic link, only the file system knows.
 std::string absolute(const std::string& path) {
   if (path.empty())
     return path;
-  std::filesystem::path full = std::filesystem::absolute(path).lexically_normal();
-  if (!full.has_filename() && full.has_relative_path())
-    full = full.parent_path();
-  return full.string();
+  std::string full = std::filesystem::absolute(path).string();
+  while (full.size() > 1 && full.back() == '/')
+    full.pop_back();
+  return full;
 }
 
 void applySettings(CommandLine& line, const platform::IniFile& ini) {
@@ -165,7 +171,7 @@ void requireSettings(const Options& options) {
   if (options.applicationDirectory.empty())
     refuse("no application directory: give --app-dir, or [application] directory in the --config file");
   const bool ballasts = options.dataType == "BALLASTS";
-  const bool isSent = options.command == Command::import && !options.dataType.ends_with("LINEITEM");
+  const bool isSent = options.command == Command::importFile && !options.dataType.ends_with("LINEITEM");
   if (isSent && (ballasts ? options.unsecuredAddress : options.securedAddress).empty())
     refuse(ballasts ? "no address for ballasts: give --unsecured, or [service] unsecured in the --config file"
                     : "no address: give --secured, or [service] secured in the --config file");
@@ -183,7 +189,7 @@ int fail(const std::string& message, ExitStatus status) {
   return static_cast<int>(status);
 }
 
-} // namespace imex::cli
+} // namespace
 
 ParsedOptions parseOptions(int argc, const char* const* argv) {
   CLI::App app("Imports delimited text files into Corvana's import service, without a window.", "imex");

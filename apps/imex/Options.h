@@ -8,7 +8,7 @@
 
 namespace imex::cli {
 
-enum class Command { import, check, columnTemplate, formats };
+enum class Command { importFile, check, columnTemplate, formats };
 
 /// What the command line and the INI file ask for, in one place.
 struct Options {

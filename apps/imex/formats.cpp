@@ -5,9 +5,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <array>
 #include <iomanip>
 #include <iostream>
+#include <memory>
 
 namespace imex::cli {
 
@@ -83,30 +85,29 @@ bool areAllLoaded() {
 
 } // namespace
 
-std::optional<ExitStatus> formatProblem(const Options& options) {
-  const std::string key = options.dataType + options.dataOrigin;
-  if (ImExModule::getFormatColumns(key))
-    return std::nullopt;
-  for (const Format& format : kFormats) {
-    // The catalogue has said in a box which file it could not read.
-    if (keyOf(format) == key)
-      return ExitStatus::cannotOpenFile;
+std::optional<Ending> formatProblem(const Options& options) {
+  const auto* format = std::find_if(kFormats.begin(), kFormats.end(), [&](const Format& known) {
+    return known.dataType == options.dataType && known.dataOrigin == options.dataOrigin;
+  });
+  if (format == kFormats.end()) {
+    std::cerr << "imex: there is no format of the type \"" << options.dataType << "\" and the origin \""
+              << options.dataOrigin << "\"; \"imex formats\" lists them\n";
+    return kUnknownFormat;
   }
-  std::cerr << "imex: there is no format of the type \"" << options.dataType << "\" and the origin \""
-            << options.dataOrigin << "\"; \"imex formats\" lists them\n";
-  return ExitStatus::wrongUse;
+  // Of a format that is not loaded, the catalogue has said in a box which file it could not read.
+  return isLoaded(*format) ? std::nullopt : std::optional(kUnreadable);
 }
 
 ExitStatus runTemplate(const Options& options) {
-  if (const auto problem = formatProblem(options))
-    return *problem;
-  const StringsPtr columns = ImExModule::getFormatColumns(options.dataType + options.dataOrigin);
+  const auto problem = formatProblem(options);
+  const StringsPtr columns =
+      problem ? std::make_shared<Strings>() : ImExModule::getFormatColumns(options.dataType + options.dataOrigin);
   if (options.asJson)
     std::cout << nlohmann::ordered_json{{"columns", std::vector<std::string>(columns->begin(), columns->end())}}.dump(2)
               << '\n';
-  else
+  else if (!problem)
     std::cout << joined(*columns, "\t") << '\n';
-  return ExitStatus::accepted;
+  return problem.value_or(kAccepted).status;
 }
 
 ExitStatus runFormats(const Options& options) {

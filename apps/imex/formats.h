@@ -7,8 +7,7 @@
 
 namespace imex::cli {
 
-/// Nothing where the format that the options name is loaded. Otherwise the status with which to end, after the user
-/// was told why.
-std::optional<ExitStatus> formatProblem(const Options& options);
+/// Nothing where the format that the options name is loaded. Otherwise how to end; the user has been told why.
+std::optional<Ending> formatProblem(const Options& options);
 
 } // namespace imex::cli

@@ -1,7 +1,7 @@
 #include "commands.h"
 
-#include "formats.h"
 #include "lineItems.h"
+#include "platform/soap/errors.h"
 #include "request/shared.h"
 #include "requests.h"
 #include "runtime/text.h"
@@ -43,47 +43,45 @@ class Import {
   }
 
   /// Tells the user what failed, and why and where when the text for the user does not say it.
-  void explain(const std::string& file, const std::string& address, const std::string& lastError) const {
+  void explain(const Options& options, const std::string& lastError) const {
+    const std::string address =
+        platform::shownAddress(options.dataType == "BALLASTS" ? options.unsecuredAddress : options.securedAddress);
     for (const std::string& failure : m_failures) {
       std::cerr << "imex: " << withoutLastBreak(failure) << '\n';
-      if (!m_reply && !isAboutFile(failure) && failure.find(address) == std::string::npos)
+      if (failure == kCannotOpenFile)
+        std::cerr << "imex: " << options.file << ": " << lastError << '\n';
+      else if (failure == kResultsNotDisplayed)
+        std::cerr << "imex: " << pagePath() << ": " << lastError << '\n';
+      else if (failure.find(address) == std::string::npos)
         std::cerr << "imex: the address was " << address << '\n';
     }
-    const bool isAboutAFile = std::any_of(m_failures.begin(), m_failures.end(), isAboutFile);
-    if (isAboutAFile && !lastError.empty())
-      std::cerr << "imex: " << file << ": " << lastError << '\n';
   }
 
-  /// How it ended. A request that says nothing has refused the file, or has sent it and does not read the answer;
-  /// `hasFailingLines` tells which.
-  Ending ending(bool hasFailingLines) const {
+  /// How it ended. A request that says nothing has asked whether to correct the file, or has sent it and does not read
+  /// the answer.
+  Ending ending(bool hasAskedQuestion) const {
     if (m_reply)
       return isRejected() ? kRejected : kAccepted;
     if (hasFailedWith(kCannotOpenFile))
       return kUnreadable;
     if (!m_failures.empty())
       return kFailed;
-    return hasFailingLines ? kRefused : kSent;
+    return hasAskedQuestion ? kRefused : kSent;
   }
-
-  bool isSilent() const { return !m_reply && m_failures.empty(); }
 
   void describe(Results& results) const {
     if (!m_reply)
       return;
     results.reply = m_reply->reply();
     if (!hasFailedWith(kResultsNotDisplayed))
-      results.report = m_request.Directory() + std::string(kResultsPageName);
+      results.report = pagePath();
     for (const ImExFormatPtr& format : *m_reply->ImExFormats())
       results.lines.push_back(
           {format->LineNumber(), format->ActionSuccessful(), texts(format->errors()), texts(format->Warnings())});
   }
 
  private:
-  /// The texts about the import file and the results page, which do not say why.
-  static bool isAboutFile(std::string_view failure) {
-    return failure == kCannotOpenFile || failure == kResultsNotDisplayed;
-  }
+  std::string pagePath() const { return m_request.Directory() + std::string(kResultsPageName); }
 
   bool hasFailedWith(std::string_view message) const {
     return std::find(m_failures.begin(), m_failures.end(), message) != m_failures.end();
@@ -113,20 +111,19 @@ ExitStatus runServiceImport(const Options& options, const ConsoleHost& host) {
   ImExRequest request;
   fill(request, options);
   Results results;
-  if (const auto problem = fileProblem(request, options, host)) {
+  if (const auto problem = problemWith(request, options, host)) {
     results.outcome = problem->outcome;
     print(results, options);
     return problem->status;
   }
-  Import import(request, options.road);
-  import.run();
-  import.explain(options.file, options.dataType == "BALLASTS" ? options.unsecuredAddress : options.securedAddress,
-                 host.lastError());
-  if (import.isSilent())
-    results.lines = failingLines(request);
-  const Ending ending = import.ending(!results.lines.empty());
+  Import run(request, options.road);
+  run.run();
+  run.explain(options, host.lastError());
+  const Ending ending = run.ending(host.hasAskedQuestion());
   results.outcome = ending.outcome;
-  import.describe(results);
+  run.describe(results);
+  if (ending.status == ExitStatus::refused)
+    results.lines = failingLines(request, host);
   remark(options, ending);
   print(results, options);
   return ending.status;
@@ -135,8 +132,6 @@ ExitStatus runServiceImport(const Options& options, const ConsoleHost& host) {
 } // namespace
 
 ExitStatus runImport(const Options& options, const ConsoleHost& host) {
-  if (const auto problem = formatProblem(options))
-    return *problem;
   return areLineItems(options) ? runLineItems(options, host) : runServiceImport(options, host);
 }
 

@@ -118,7 +118,7 @@ ExitStatus runLineItems(const Options& options, const ConsoleHost& host) {
   fill(request, options);
   LineItems items;
   Ending ending = kAccepted;
-  if (const auto problem = fileProblem(request, options, host)) {
+  if (const auto problem = problemWith(request, options, host)) {
     ending = *problem;
   } else {
     items = read(request, options.dataType);

@@ -3,6 +3,7 @@
 #include "module/ImExModule.h"
 #include "runtime/RuntimeError.h"
 
+#include <csignal>
 #include <iostream>
 #include <locale>
 #include <stdexcept>
@@ -24,7 +25,7 @@ void useLocaleOfUser() {
 ExitStatus run(const Options& options, const ConsoleHost& host) {
   ImExModule::initialize();
   switch (options.command) {
-  case Command::import:
+  case Command::importFile:
     return runImport(options, host);
   case Command::check:
     return runCheck(options, host);
@@ -36,9 +37,8 @@ ExitStatus run(const Options& options, const ConsoleHost& host) {
   return ExitStatus::wrongUse;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+/// Everything but what becomes of the output.
+int runProgram(int argc, char** argv) {
   const ParsedOptions parsed = parseOptions(argc, argv);
   if (parsed.exitStatus)
     return *parsed.exitStatus;
@@ -51,4 +51,16 @@ int main(int argc, char** argv) {
     std::cerr << "imex: " << error.description() << '\n';
     return static_cast<int>(error.source() == "FileTraceLog" ? ExitStatus::cannotOpenFile : ExitStatus::exchangeFailed);
   }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  // A file that grows past a limit of the user's is an error like a full disk and must not end the program.
+  std::signal(SIGXFSZ, SIG_IGN);
+  const int status = runProgram(argc, argv);
+  if (std::cout.flush())
+    return status;
+  std::cerr << "imex: the results cannot be written to standard output\n";
+  return static_cast<int>(ExitStatus::cannotWriteResults);
 }

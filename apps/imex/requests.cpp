@@ -1,5 +1,6 @@
 #include "requests.h"
 
+#include "formats.h"
 #include "module/ImExModule.h"
 #include "runtime/paths.h"
 
@@ -20,6 +21,8 @@ void fill(ImExRequest& request, const Options& options) {
   request.isCentralizedAgent = options.central;
 }
 
+namespace {
+
 std::optional<Ending> fileProblem(ImExRequest& request, const Options& options, const ConsoleHost& host) {
   if (request.checkFileForEdit())
     return std::nullopt;
@@ -33,14 +36,26 @@ std::optional<Ending> fileProblem(ImExRequest& request, const Options& options, 
   return kUnreadable;
 }
 
-std::vector<LineResult> failingLines(ImExRequest& request) {
+} // namespace
+
+std::optional<Ending> problemWith(ImExRequest& request, const Options& options, const ConsoleHost& host) {
+  if (const auto problem = formatProblem(options))
+    return problem;
+  return fileProblem(request, options, host);
+}
+
+std::vector<LineResult> failingLines(ImExRequest& request, const ConsoleHost& host) {
   std::vector<LineResult> result;
   ImExModule::InputFile file(request.CheckedFileName());
   std::string_view line;
   for (int number = 1; file.readLine(line); ++number) {
+    const int errorsBefore = host.errorCount();
     const StringsPtr findings = request.simpleClientValidation(line, request.DelimiterAscii(), request.tabCount());
-    if (!findings->isEmpty())
-      result.push_back({number, false, {findings->begin(), findings->end()}, {}});
+    LineResult failing{number, false, {findings->begin(), findings->end()}, {}};
+    if (host.errorCount() != errorsBefore)
+      failing.errors.push_back("The line cannot be checked: " + host.lastError());
+    if (!failing.errors.empty())
+      result.push_back(std::move(failing));
   }
   return result;
 }

@@ -39,7 +39,7 @@ TraceLog* traceLog() {
   if (!isTracing)
     return nullptr;
   ThreadLog& mine = threadLog();
-  if (!mine.log || mine.installation != installations)
+  if (mine.installation != installations)
     mine = {installed.createTraceLog(), installations};
   return mine.log.get();
 }

@@ -24,7 +24,8 @@ namespace imex {
 // procedure's result. A procedure that fails writes an error record and no exit line.
 
 /// The labels of a procedure in the trace log. Trace lines carry the name followed by "()", error records the name
-/// alone and the same source, unless a label of its own is given: trace readers expect some irregular ones.
+/// alone and the same source, unless a label of its own is given: trace readers expect some irregular ones. The
+/// labels of an error are read when it is recorded.
 struct Procedure {
   std::string_view source;
   std::string_view name;

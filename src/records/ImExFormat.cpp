@@ -1,7 +1,9 @@
 #include "records/ImExFormat.h"
 
 #include "module/properties.h"
+#include "runtime/text.h"
 
+#include <algorithm>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -50,6 +52,13 @@ void ImExFormat::addWarning(std::string warning) {
 
 void ImExFormat::addError(std::string error) {
   errors()->add(std::move(error));
+}
+
+bool isAscii(const ImExFormat& format) {
+  const auto areAscii = [](const StringsPtr& texts) {
+    return !texts || std::all_of(texts->begin(), texts->end(), [](const std::string& text) { return isAscii(text); });
+  };
+  return isAscii(format.m_line) && areAscii(format.cErrors) && areAscii(format.cWarnings);
 }
 
 Boolean ImExFormat::ActionSuccessful() const {

@@ -34,10 +34,15 @@ class ImExFormat {
   Boolean ActionSuccessful() const;
   void ActionSuccessful(const Boolean& value);
 
+  /// Whether all texts of the record are ASCII. No accessor of the host's interface, so it is not traced.
+  friend bool isAscii(const ImExFormat& format);
+
  private:
   Integer m_lineNumber;
   std::string m_line;
   Boolean m_actionSuccessful;
 };
+
+bool isAscii(const ImExFormat& format);
 
 } // namespace imex

@@ -1,10 +1,11 @@
 #include "records/ImExReply.h"
 
 #include "module/properties.h"
-#include "runtime/numbers.h"
 #include "runtime/text.h"
 
+#include <charconv>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace imex {
@@ -29,7 +30,16 @@ Boolean booleanOf(host::SoapNode& parent, std::string_view name) {
 }
 
 Integer integerOf(host::SoapNode& parent, std::string_view name) {
-  return toInteger(trimmed(textOf(parent, name)));
+  // The service writes plain digits; the user's locale has no say in them.
+  const std::string text = textOf(parent, name);
+  const std::string_view digits = trimmed(text);
+  long long number = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (error == std::errc::result_out_of_range)
+    throw RuntimeError(ErrorNumber::overflow, kSource);
+  if (error != std::errc() || end != digits.data() + digits.size())
+    throw RuntimeError(ErrorNumber::typeMismatch, kSource);
+  return number;
 }
 
 } // namespace

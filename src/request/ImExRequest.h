@@ -72,7 +72,8 @@ class ImExRequest {
   /// Has no handler: an error of a host object or of the exchange reaches the caller.
   void send();
 
-  /// The instant road: builds the envelope itself and posts it. Never raises; every failure is SerializationFailed.
+  /// The instant road: builds the envelope itself and posts it. Every failure is SerializationFailed; only an error
+  /// whose number has more than 16 bits reaches the caller, as error 6.
   void Serialize();
 
   /// Turns the service's result element into a reply: raises MessageReceived, writes the results page into Directory
@@ -177,10 +178,10 @@ class ImExRequest {
   /// 9 for "TAB", 124 for "PIPE", 0 until one of them was assigned.
   Integer DelimiterAscii() const;
 
-  // --- Reports kept for the host ------------------------------------------------------------------------------------
-
+ protected:
   /// Writes a page of plain texts under the name of the results page and, where there is at least one, opens it in the
-  /// browser. No flow of the component uses it. Never raises; a failure is SerializationFailed.
+  /// browser. No flow of the component uses it; it is kept for a host that derives from the request. Never raises; a
+  /// failure is SerializationFailed.
   void writeErrorListReport(const Strings& texts);
 
  private:
@@ -211,16 +212,17 @@ class ImExRequest {
   // The instant road
   bool selectInstantMethod(host::SoapEnvelope& envelope);
   bool buildRequestInformation(host::SoapNode& node);
-  void sendInstant(host::HttpTransport& transport, host::SoapEnvelope& envelope);
+  void sendLines(host::HttpTransport& transport, host::SoapEnvelope& envelope, host::SoapNode& lines);
+  void exchange(host::HttpTransport& transport, host::SoapEnvelope& envelope);
 
   bool isBallasts() const { return m_dataType == "BALLASTS"; }
 
   // The answer
   void mergeLineResults();
   void writeResultsReport();
+  std::string resultsPagePath() const;
   std::string failureList();
-  ErrorBeansPtr errorRows(const std::string& failures);
-  RowsPtr splitLines();
+  void addRows(ImExFormat& format, const std::string& failures, ErrorBeansPtr& errors, RowsPtr& lines);
 
   void checkFields(Strings& findings);
 

@@ -10,9 +10,9 @@ constexpr std::size_t kFullLength = 50;
 
 } // namespace
 
-void FailureList::add(Integer lineNumber) {
+bool FailureList::add(Integer lineNumber) {
   if (m_isFull)
-    return;
+    return false;
   if (m_text.empty()) {
     m_text = toText(lineNumber);
   } else if (m_text.size() < kFullLength) {
@@ -21,6 +21,7 @@ void FailureList::add(Integer lineNumber) {
     m_text += " and others.";
     m_isFull = true;
   }
+  return !m_isFull;
 }
 
 } // namespace imex

@@ -7,10 +7,11 @@
 namespace imex {
 
 /// The numbers of the failing lines for the status message: "3,17,18". A text of 50 characters or more takes no
-/// further number; the next one ends it with " and others." and is the last that counts.
+/// further number; the next one ends it with " and others.", and the list is finished.
 class FailureList {
  public:
-  void add(Integer lineNumber);
+  /// Adds a number. False where that finished the list; nothing is added afterwards.
+  bool add(Integer lineNumber);
 
   const std::string& text() const { return m_text; }
 

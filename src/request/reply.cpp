@@ -38,43 +38,37 @@ void ImExRequest::Deserialize(host::SoapNode& resultNode) {
 std::string ImExRequest::failureList() {
   FailureList failures;
   for (const ImExFormatPtr& format : *m_currentReply->ImExFormats()) {
-    if (!AllowWarnings() && !format->Warnings()->isEmpty())
-      failures.add(format->LineNumber());
-    if (!format->errors()->isEmpty())
-      failures.add(format->LineNumber());
+    if (!AllowWarnings() && !format->Warnings()->isEmpty() && !failures.add(format->LineNumber()))
+      break;
+    if (!format->errors()->isEmpty() && !failures.add(format->LineNumber()))
+      break;
   }
   return failures.text();
 }
 
-ErrorBeansPtr ImExRequest::errorRows(const std::string& failures) {
-  auto rows = std::make_shared<Collection<std::shared_ptr<ImportExportErrorBean>>>();
-  for (const ImExFormatPtr& format : *m_currentReply->ImExFormats()) {
-    const Integer number = format->LineNumber();
-    addErrorRow(*rows, number,
-                format->ActionSuccessful()
-                    ? "Import successful for this line."
-                    : "Import failed for this line due to errors and/or warnings on line(s): " + failures);
-    for (const std::string& text : *format->errors())
-      addErrorRow(*rows, number, "Error : " + text);
-    for (const std::string& text : *format->Warnings())
-      addErrorRow(*rows, number, "Warning : " + text);
-  }
-  return rows;
-}
-
-RowsPtr ImExRequest::splitLines() {
-  auto rows = std::make_shared<Collection<StringsPtr>>();
-  for (const ImExFormatPtr& format : *m_currentReply->ImExFormats())
-    rows->add(ImExModule::Parse(format->Line(), DelimiterAscii()));
-  return rows;
+/// The messages and the fields of one line.
+void ImExRequest::addRows(ImExFormat& format, const std::string& failures, ErrorBeansPtr& errors, RowsPtr& lines) {
+  const Integer number = format.LineNumber();
+  addErrorRow(*errors, number,
+              format.ActionSuccessful()
+                  ? "Import successful for this line."
+                  : "Import failed for this line due to errors and/or warnings on line(s): " + failures);
+  for (const std::string& text : *format.errors())
+    addErrorRow(*errors, number, "Error : " + text);
+  for (const std::string& text : *format.Warnings())
+    addErrorRow(*errors, number, "Warning : " + text);
+  lines->add(ImExModule::Parse(format.Line(), DelimiterAscii()));
 }
 
 void ImExRequest::mergeLineResults() {
   traced(
       {kSource, "mergeLineResults"},
       [&] {
-        ErrorBeansPtr errors = errorRows(failureList());
-        RowsPtr lines = splitLines();
+        const std::string failures = failureList();
+        auto errors = std::make_shared<Collection<std::shared_ptr<ImportExportErrorBean>>>();
+        auto lines = std::make_shared<Collection<StringsPtr>>();
+        for (const ImExFormatPtr& format : *m_currentReply->ImExFormats())
+          addRows(*format, failures, errors, lines);
         StringsPtr headers = ImExModule::getFormatColumns(formatKey());
         if (!headers)
           throw RuntimeError(ErrorNumber::objectVariableNotSet, kSource);

@@ -1,8 +1,11 @@
 #include "request/ImExRequest.h"
 
+#include "host/Files.h"
+#include "host/Services.h"
 #include "module/ImExModule.h"
 #include "module/tracing.h"
 #include "request/shared.h"
+#include "runtime/text.h"
 
 #include <algorithm>
 
@@ -19,18 +22,12 @@ constexpr std::string_view kLargeFont = "<font size= +1>";
 constexpr std::string_view kRedFont = "<font color= red>";
 constexpr std::string_view kCloseFont = "</font>";
 
-bool isAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-bool isAscii(const Strings& texts) {
+bool areAscii(const Strings& texts) {
   return std::all_of(texts.begin(), texts.end(), [](const std::string& text) { return isAscii(text); });
 }
 
-bool isAscii(const Collection<ImExFormatPtr>& formats) {
-  return std::all_of(formats.begin(), formats.end(), [](const ImExFormatPtr& format) {
-    return isAscii(format->Line()) && isAscii(*format->errors()) && isAscii(*format->Warnings());
-  });
+bool areAscii(const Collection<ImExFormatPtr>& formats) {
+  return std::all_of(formats.begin(), formats.end(), [](const ImExFormatPtr& format) { return isAscii(*format); });
 }
 
 /// The results page while it is written. A page with a character beyond ASCII starts with the UTF-8 mark, so that a
@@ -71,12 +68,20 @@ void writeVerdict(Page& page, ImExFormat& format) {
 
 } // namespace
 
+/// The path of the page. Error 75 where the import file itself stands there: the user's file is never written.
+std::string ImExRequest::resultsPagePath() const {
+  const std::string path = Directory() + std::string(kResultsPageName);
+  if (host::required(host::services().files).isSameFile(path, CheckedFileName()))
+    throw RuntimeError(ErrorNumber::pathFileAccessError, kSource);
+  return path;
+}
+
 void ImExRequest::writeResultsReport() {
   traced(
       {kSource, "writeResultsReport"},
       [&] {
         const ImExFormatsPtr formats = m_currentReply->ImExFormats();
-        Page page(Directory() + std::string(kResultsPageName), isAscii(*formats));
+        Page page(resultsPagePath(), areAscii(*formats));
         for (const ImExFormatPtr& format : *formats)
           writeVerdict(page, *format);
         page.finish();
@@ -88,8 +93,8 @@ void ImExRequest::writeErrorListReport(const Strings& texts) {
   traced(
       {kSource, "writeErrorListReport"},
       [&] {
-        const std::string path = Directory() + std::string(kResultsPageName);
-        Page page(path, isAscii(texts));
+        const std::string path = resultsPagePath();
+        Page page(path, areAscii(texts));
         for (const std::string& text : texts)
           page.write({kOpenCell, kLargeFont, text, kCloseFont, kCloseCell});
         page.finish();

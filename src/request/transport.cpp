@@ -65,6 +65,11 @@ std::string_view word(Boolean flag) {
   return flag ? "TRUE" : "FALSE";
 }
 
+std::string exchangeFailure(const std::string& dataType, const std::string& description) {
+  const std::string lineBreak(kLineBreak);
+  return "Exception while attempting to import " + dataType + ". " + lineBreak + description + ". " + lineBreak;
+}
+
 /// The sum, or the greatest value where it does not fit: the counter is informative and must not stop an import.
 std::int32_t addSaturated(std::int32_t a, std::int32_t b) {
   return a > std::numeric_limits<std::int32_t>::max() - b ? std::numeric_limits<std::int32_t>::max() : a + b;
@@ -165,7 +170,7 @@ bool ImExRequest::buildRequestInformation(host::SoapNode& node) {
 }
 
 /// Proxy, time-out and action; then the exchange, and the answer's first parameter to Deserialize().
-void ImExRequest::sendInstant(host::HttpTransport& transport, host::SoapEnvelope& envelope) {
+void ImExRequest::exchange(host::HttpTransport& transport, host::SoapEnvelope& envelope) {
   const std::string proxyPort = settings().proxyPort();
   if (proxyPort.empty())
     transport.NoProxy();
@@ -178,11 +183,23 @@ void ImExRequest::sendInstant(host::HttpTransport& transport, host::SoapEnvelope
   Deserialize(envelope.parameter(0));
 }
 
+void ImExRequest::sendLines(host::HttpTransport& transport, host::SoapEnvelope& envelope, host::SoapNode& lines) {
+  const std::string origin = DataOrigin();
+  const FileReading reading = addImportLines([&](std::string_view line) {
+    createElement(lines, "LINE", lineAsSent(line, m_dataType, origin, m_delimiterAscii));
+  });
+  if (!reading.errors->isEmpty())
+    askToCorrect(*reading.errors);
+  else if (reading.isComplete)
+    exchange(transport, envelope);
+}
+
 void ImExRequest::Serialize() {
-  // What an error means to the user depends on how far the procedure has come.
-  enum class Stage { environment, requestInformation, exchange } stage = Stage::environment;
+  // What an error means to the user, and its label in the trace log, depend on how far this has come.
+  Procedure procedure{.source = kSource, .name = "Serialize"};
+  std::string_view failure = kEnvironmentError;
   traced(
-      {.source = kSource, .name = "Serialize", .errorName = "Serialize()"},
+      procedure,
       [&] {
         auto& factory = host::required(host::services().transportFactory);
         const auto transport = factory.createTransport();
@@ -198,28 +215,17 @@ void ImExRequest::Serialize() {
         host::SoapNode& lines = createElement(wrapper, "LINES");
         host::SoapNode& information = createElement(wrapper, "REQUESTINFORMATION");
 
-        stage = Stage::requestInformation;
+        failure = kSendingError;
         if (!buildRequestInformation(information))
           throw LeaveEarly();
 
-        stage = Stage::exchange;
-        const std::string origin = DataOrigin();
-        const FileReading reading = addImportLines([&](std::string_view line) {
-          createElement(lines, "LINE", lineAsSent(line, m_dataType, origin, m_delimiterAscii));
-        });
-        if (!reading.errors->isEmpty())
-          askToCorrect(*reading.errors);
-        else if (reading.isComplete)
-          sendInstant(*transport, *envelope);
+        failure = {};
+        procedure.errorName = "Serialize()"; // trace readers expect this label from here on
+        sendLines(*transport, *envelope, lines);
       },
       [&](const CaughtError& error) {
-        if (stage == Stage::environment)
-          SerializationFailed.raise(std::string(kEnvironmentError));
-        else if (stage == Stage::requestInformation)
-          SerializationFailed.raise(std::string(kSendingError));
-        else
-          SerializationFailed.raise("Exception while attempting to import " + m_dataType + ". " +
-                                    std::string(kLineBreak) + error.description + ". " + std::string(kLineBreak));
+        SerializationFailed.raise(failure.empty() ? exchangeFailure(m_dataType, error.description)
+                                                  : std::string(failure));
       });
 }
 

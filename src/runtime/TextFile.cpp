@@ -27,18 +27,16 @@ TextReader::TextReader(std::unique_ptr<ByteSource> source)
 Encoding TextReader::findEncoding() {
   Utf8Validator validator;
   std::string head;
-  bool isUtf8 = true;
   while (const std::size_t count = m_source->read(m_buffer.data(), m_buffer.size())) {
     const std::string_view bytes(m_buffer.data(), count);
     if (head.size() < kUtf8Mark.size())
       head.append(bytes.substr(0, kUtf8Mark.size() - head.size()));
     if (head == kUtf8Mark)
       return Encoding::utf8WithMark;
-    isUtf8 = validator.feed(bytes);
-    if (!isUtf8) // nor do the bytes begin with the mark, which is valid itself
+    if (!validator.feed(bytes)) // nor do the bytes begin with the mark, which is valid itself
       break;
   }
-  return isUtf8 && validator.isComplete() ? Encoding::utf8 : Encoding::windows1252;
+  return validator.isComplete() ? Encoding::utf8 : Encoding::windows1252;
 }
 
 /// Reads more bytes behind those in the buffer. False at the end of the source.

@@ -23,6 +23,9 @@ std::string upperCase(std::string_view text);
 /// Whether two texts are the same when case is left out of account.
 bool equalsIgnoringCase(std::string_view a, std::string_view b);
 
+/// Whether all characters are ASCII.
+bool isAscii(std::string_view text);
+
 /// `text` without the blanks, tabs and line ends around it.
 std::string_view trimmed(std::string_view text);
 

@@ -238,6 +238,15 @@ TEST_F(ImExReplyTest, aMissingBoolean_isATypeMismatch) {
   EXPECT_EQ(raisedNumber([&] { reply.processReply(node); }), 13);
 }
 
+TEST_F(ImExReplyTest, aLineNumberIsPlainDigits) {
+  for (const std::string text : {"", " ", "1.5", "1,0", "$1", "1e2", "one", "1 2", "0x1", "+1"})
+    EXPECT_EQ(raisedNumber([&] { ImExReply().processReply(*resultOf({lineResult("true", text)})); }), 13) << text;
+
+  reply.processReply(*resultOf({lineResult("true", " \r\n 12\t")}));
+
+  EXPECT_EQ(reply.ImExFormats()->item(1)->LineNumber(), 12) << "layout around the number does not count";
+}
+
 TEST_F(ImExReplyTest, lineNumbersToTheEndsOfSixteenBits_areKept) {
   reply.processReply(*resultOf({lineResult("true", "32767"), lineResult("true", "-32768"), lineResult("true", "0")}));
 

@@ -316,7 +316,7 @@ TEST_F(ImExRequestSerialize, anErrorUpToTheFirstParameters_isAnEnvironmentError)
 
     EXPECT_EQ(events, Texts{kEnvironmentEvent}) << call;
     EXPECT_TRUE(isNothingSent()) << call;
-    expectedErrors.emplace_back("! ImExRequest Serialize() 1234 Soap: broken");
+    expectedErrors.emplace_back("! ImExRequest Serialize 1234 Soap: broken");
   }
 }
 
@@ -328,7 +328,7 @@ TEST_F(ImExRequestSerialize, withoutATransportFactory_thereIsAnEnvironmentError)
   request.Serialize();
 
   EXPECT_EQ(events, Texts{kEnvironmentEvent});
-  expectedErrors = {"! ImExRequest Serialize() 429 ImEx: Component can't create object"};
+  expectedErrors = {"! ImExRequest Serialize 429 ImEx: Component can't create object"};
 }
 
 TEST_F(ImExRequestSerialize, withoutAUser_thereIsAnEnvironmentError) {
@@ -340,7 +340,7 @@ TEST_F(ImExRequestSerialize, withoutAUser_thereIsAnEnvironmentError) {
 
   EXPECT_EQ(events, Texts{kEnvironmentEvent});
   EXPECT_TRUE(isNothingSent());
-  expectedErrors = {"! ImExRequest Serialize() 429 ImEx: Component can't create object"};
+  expectedErrors = {"! ImExRequest Serialize 429 ImEx: Component can't create object"};
 }
 
 TEST_F(ImExRequestSerialize, anErrorWhileChoosingTheMethod_isRecordedThereToo) {
@@ -352,7 +352,7 @@ TEST_F(ImExRequestSerialize, anErrorWhileChoosingTheMethod_isRecordedThereToo) {
   EXPECT_EQ(events, Texts{kEnvironmentEvent});
   EXPECT_TRUE(isNothingSent());
   expectedErrors = {"! ImExRequest selectInstantMethod 1234 Soap: broken",
-                    "! ImExRequest Serialize() 1234 Soap: broken"};
+                    "! ImExRequest Serialize 1234 Soap: broken"};
 }
 
 TEST_F(ImExRequestSerialize, anErrorInTheRequestInformation_isOneEvent) {
@@ -392,7 +392,7 @@ TEST_F(ImExRequestSerialize, anErrorThatTheRequestInformationLetsOut_isASendingE
 
   EXPECT_EQ(events, Texts{kSendingEvent});
   EXPECT_TRUE(isNothingSent());
-  expectedErrors = {"! ImExRequest Serialize() 6 ImEx: Overflow"};
+  expectedErrors = {"! ImExRequest Serialize 6 ImEx: Overflow"};
 }
 
 TEST_F(ImExRequestSerialize, anErrorInTheExchange_namesTypeAndReason) {

@@ -15,6 +15,17 @@ std::string listOf(std::initializer_list<int> numbers) {
   return list.text();
 }
 
+TEST(FailureList, theNumberThatFillsIt_isTheLastToBeAsked) {
+  FailureList list;
+  for (int i = 0; i < 10; ++i)
+    EXPECT_TRUE(list.add(1000));
+  ASSERT_EQ(list.text().size(), 49u);
+  EXPECT_TRUE(list.add(7));
+  EXPECT_FALSE(list.add(8));
+  EXPECT_FALSE(list.add(9));
+  EXPECT_EQ(list.text(), "1000,1000,1000,1000,1000,1000,1000,1000,1000,1000,7 and others.");
+}
+
 TEST(FailureList, aFreshList_isEmpty) {
   EXPECT_EQ(FailureList().text(), "");
 }

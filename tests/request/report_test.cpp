@@ -17,9 +17,22 @@ const std::string kOpening = "<html>\r\n<head><Title> Validation Results</title>
                              "<h1><center>Validation Results</center></h1>\r\n<table>\r\n";
 const std::string kClosing = "</table></html>\r\n";
 
+/// A request whose page of plain texts is within reach, as it is for a host that derives from it.
+class ListingRequest : public ImExRequest {
+ public:
+  using ImExRequest::writeErrorListReport;
+};
+
 class ImExRequestReport : public RequestTest {
  protected:
-  void SetUp() override { configure("BALLASTS", "HALVIK"); }
+  void SetUp() override {
+    configure("BALLASTS", "HALVIK");
+    listing.Directory(request.Directory());
+    listing.SerializationFailed.connect([this](const std::string& message) { request.SerializationFailed.raise(message); });
+    host.trace->lines.clear();
+  }
+
+  ListingRequest listing;
 
   std::string pagePath() const { return host.folder / "out/validationresults.html"; }
 
@@ -39,6 +52,24 @@ const std::vector<Verdict> kMixed = {
     {false, "  A4 |  FOURTH", "32767", {"An error.", ""}, {"A warning.", "Another warning."}},
     {false, "", "0"},
 };
+
+TEST_F(ImExRequestReport, theImportFileItself_isNeverReplaced) {
+  const std::string bytes = "a|b\r\n";
+  host.folder.write("out/validationresults.html", bytes);
+  for (const std::string name : {"out/validationresults.html", "out/ValidationResults.HTML", "link.txt"}) {
+    if (name == "link.txt")
+      std::filesystem::create_symlink(host.folder / "out/validationresults.html", host.folder / name);
+    events.clear();
+    request.CheckedFileName(host.folder / name);
+
+    request.Deserialize(*answer("", kMixed));
+
+    EXPECT_EQ(events, (Texts{"MessageReceived", kNotDisplayed, "showErrors"})) << name;
+    EXPECT_EQ(host.folder.read("out/validationresults.html"), bytes) << name;
+  }
+  const std::string record = "! ImExRequest writeResultsReport 75 ImExRequest: Path/File access error";
+  expectedErrors = {record, record, record};
+}
 
 // --- The results page -----------------------------------------------------------------------------------------------
 
@@ -181,7 +212,7 @@ TEST_F(ImExRequestReport, aFolderInThePlaceOfThePage_isReported) {
 // --- The page of a list of texts ------------------------------------------------------------------------------------
 
 TEST_F(ImExRequestReport, theTextListPage_isExactlyItsLines) {
-  request.writeErrorListReport({"First <text>", "", "third"});
+  listing.writeErrorListReport({"First <text>", "", "third"});
 
   EXPECT_EQ(page(), kOpening +
                         "<tr><td nowrap>\r\n<font size= +1>\r\nFirst <text>\r\n</font>\r\n</tr></td>\r\n"
@@ -191,7 +222,7 @@ TEST_F(ImExRequestReport, theTextListPage_isExactlyItsLines) {
 }
 
 TEST_F(ImExRequestReport, theTextListPage_isOpenedInTheBrowser) {
-  request.writeErrorListReport({"a text"});
+  listing.writeErrorListReport({"a text"});
 
   EXPECT_EQ(host.launcher.shown, Texts{pagePath() + " 0"});
   EXPECT_EQ(events, (Texts{}));
@@ -210,7 +241,7 @@ TEST_F(ImExRequestReport, theTextListPage_isWholeAndClosedWhenItIsOpened) {
   host.services.browserLauncher = &launcher;
   host.install();
 
-  request.writeErrorListReport({"a text"});
+  listing.writeErrorListReport({"a text"});
 
   EXPECT_EQ(launcher.bytes,
             kOpening + "<tr><td nowrap>\r\n<font size= +1>\r\na text\r\n</font>\r\n</tr></td>\r\n" + kClosing);
@@ -218,14 +249,14 @@ TEST_F(ImExRequestReport, theTextListPage_isWholeAndClosedWhenItIsOpened) {
 }
 
 TEST_F(ImExRequestReport, anEmptyTextList_isWrittenButNotOpened) {
-  request.writeErrorListReport({});
+  listing.writeErrorListReport({});
 
   EXPECT_EQ(page(), kOpening + kClosing);
   EXPECT_EQ(host.launcher.shown, (Texts{}));
 }
 
 TEST_F(ImExRequestReport, aTextListBeyondAscii_startsWithTheMark) {
-  request.writeErrorListReport({"plain", "é"});
+  listing.writeErrorListReport({"plain", "é"});
 
   EXPECT_EQ(page(), "\xEF\xBB\xBF" + kOpening +
                         "<tr><td nowrap>\r\n<font size= +1>\r\nplain\r\n</font>\r\n</tr></td>\r\n"
@@ -236,13 +267,13 @@ TEST_F(ImExRequestReport, aTextListBeyondAscii_startsWithTheMark) {
 TEST_F(ImExRequestReport, theTextListPage_replacesTheResultsPage) {
   request.Deserialize(*answer("", kMixed));
 
-  request.writeErrorListReport({});
+  listing.writeErrorListReport({});
 
   EXPECT_EQ(page(), kOpening + kClosing);
 }
 
 TEST_F(ImExRequestReport, theTextListPage_isTraced) {
-  request.writeErrorListReport({"a"});
+  listing.writeErrorListReport({"a"});
 
   EXPECT_EQ(steps(), (Texts{"> ImExRequest writeErrorListReport()", "> ImExModule launchInternetExplorer()",
                             "< ImExModule launchInternetExplorer()", "< ImExRequest writeErrorListReport()"}));
@@ -253,7 +284,7 @@ TEST_F(ImExRequestReport, aTextListPageThatCannotBeWritten_isReportedAndNotOpene
     events.clear();
     failAtPage(call, RuntimeError(ErrorNumber::diskFull, "Disk"));
 
-    request.writeErrorListReport({"a text"});
+    listing.writeErrorListReport({"a text"});
 
     EXPECT_EQ(events, Texts{kNotOpened}) << call;
     EXPECT_TRUE(isEverythingClosed()) << call;
@@ -265,7 +296,7 @@ TEST_F(ImExRequestReport, aTextListPageThatCannotBeWritten_isReportedAndNotOpene
 TEST_F(ImExRequestReport, aLauncherThatFails_isRecordedAndNotReported) {
   host.launcher.error = RuntimeError(1234, "Launcher", "no browser");
 
-  request.writeErrorListReport({"a text"});
+  listing.writeErrorListReport({"a text"});
 
   EXPECT_EQ(events, (Texts{}));
   expectedErrors = {"! ImExModule launchInternetExplorer 1234 Launcher: no browser"};
@@ -275,7 +306,7 @@ TEST_F(ImExRequestReport, withoutALauncher_thePageIsWrittenAllTheSame) {
   host.services.browserLauncher = nullptr;
   host.install();
 
-  request.writeErrorListReport({"a text"});
+  listing.writeErrorListReport({"a text"});
 
   EXPECT_TRUE(isPageWritten());
   EXPECT_EQ(events, (Texts{}));

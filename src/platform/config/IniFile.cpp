@@ -1,6 +1,7 @@
 #include "platform/config/IniFile.h"
 
 #include "runtime/RuntimeError.h"
+#include "runtime/encoding.h"
 #include "runtime/text.h"
 
 #include <array>
@@ -32,6 +33,16 @@ std::string readAll(ByteSource& source) {
   return text;
 }
 
+/// The bytes as text: Windows-1252 where they are no UTF-8, as import files are read.
+std::string decoded(std::string bytes) {
+  Utf8Validator validator;
+  if (validator.feed(bytes) && validator.isComplete())
+    return bytes;
+  std::string text;
+  appendWindows1252(text, bytes);
+  return text;
+}
+
 } // namespace
 
 IniFile::IniFile(std::string_view text, const std::string& path) {
@@ -60,7 +71,7 @@ IniFile::IniFile(std::string_view text, const std::string& path) {
 
 IniFile IniFile::read(host::Files& files, const std::string& path) {
   try {
-    return {readAll(*files.openForInput(path)), path};
+    return {decoded(readAll(*files.openForInput(path))), path};
   } catch (const RuntimeError& error) {
     if (error.source() == "IniFile")
       throw;

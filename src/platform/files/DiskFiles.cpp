@@ -169,6 +169,10 @@ fs::path nativePath(std::string_view path) {
   const fs::path asWritten{std::string(path)};
   if (fs::exists(fs::symlink_status(asWritten, ignored)))
     return asWritten;
+  // A new file in a folder that exists: the folder's name may hold a "\\" of its own.
+  const std::string name = asWritten.filename().string();
+  if (name.find('\\') == std::string::npos && fs::is_directory(asWritten.parent_path(), ignored))
+    return asWritten.parent_path() / nameInFolder(asWritten.parent_path(), name);
 
   std::string slashed(path);
   std::replace(slashed.begin(), slashed.end(), '\\', '/');
@@ -186,6 +190,11 @@ std::unique_ptr<ByteSource> DiskFiles::openForInput(std::string_view path) {
 
 std::unique_ptr<ByteSink> DiskFiles::openForOutput(std::string_view path) {
   return std::make_unique<DiskSink>(openFile(nativePath(path), O_WRONLY | O_CREAT | O_TRUNC));
+}
+
+bool DiskFiles::isSameFile(std::string_view a, std::string_view b) const {
+  std::error_code ignored;
+  return fs::equivalent(nativePath(a), nativePath(b), ignored);
 }
 
 void DiskFiles::changeDirectory(std::string_view path) {

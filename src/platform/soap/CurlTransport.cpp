@@ -59,16 +59,6 @@ EasyHandle createHandle() {
   return handle;
 }
 
-/// The address without a user name and a password, which have no place in a text that is shown and recorded.
-std::string shownAddress(std::string_view address) {
-  const std::size_t scheme = address.find("://");
-  const std::size_t begin = scheme == std::string_view::npos ? 0 : scheme + 3;
-  const std::string_view authority = address.substr(begin, address.find_first_of("/?#", begin) - begin);
-  const std::size_t at = authority.rfind('@');
-  std::string shown(address);
-  return at == std::string_view::npos ? shown : shown.erase(begin, at + 1);
-}
-
 RuntimeError badAddress(std::string_view address) {
   return soapError(SoapError::badAddress, kSource,
                    "The address \"" + shownAddress(address) + "\" is not an http or https address");

@@ -112,6 +112,15 @@ std::string beginningOf(std::string_view answer) {
 
 } // namespace
 
+std::string shownAddress(std::string_view address) {
+  const std::size_t scheme = address.find("://");
+  const std::size_t begin = scheme == std::string_view::npos ? 0 : scheme + 3;
+  const std::string_view authority = address.substr(begin, address.find_first_of("/?#", begin) - begin);
+  const std::size_t at = authority.rfind('@');
+  std::string shown(address);
+  return at == std::string_view::npos ? shown : shown.erase(begin, at + 1);
+}
+
 RuntimeError soapError(SoapError kind, std::string source, std::string description) {
   return {static_cast<std::int32_t>(kind), std::move(source), std::move(description)};
 }

@@ -25,6 +25,9 @@ enum class SoapError : std::int32_t {
   badAddress = 1010,      ///< the address is not an http or https address
 };
 
+/// The address without a user name and a password, which have no place in a text that is shown and recorded.
+std::string shownAddress(std::string_view address);
+
 /// The error of one kind. `source` is the name of the class that raises it.
 RuntimeError soapError(SoapError kind, std::string source, std::string description);
 

@@ -65,7 +65,7 @@ TEST(Options, importTakesEverythingInAnyCase) {
                        "--yes"});
   ASSERT_EQ(std::nullopt, parsed.status) << parsed.err;
   const Options& o = parsed.options;
-  EXPECT_EQ(cli::Command::import, o.command);
+  EXPECT_EQ(cli::Command::importFile, o.command);
   EXPECT_EQ("/data/a.txt", o.file);
   EXPECT_EQ("CUSTOMER", o.dataType);
   EXPECT_EQ("AGENT", o.dataOrigin);

@@ -81,6 +81,16 @@ TEST_P(BadAnswer, html_isNoSoapAnswer) {
   EXPECT_THAT(ended.err, HasSubstr(addressLine()));
 }
 
+TEST_P(BadAnswer, passwordInTheAddress_isNotShown) {
+  const FaultyServer server(FaultyServer::ok(""));
+  use(server);
+  secured.replace(0, 7, "http://ann:secret@");
+  const Ended ended = importOnRoad(folder / "customers.txt");
+  EXPECT_EQ(3, ended.status);
+  EXPECT_THAT(ended.err, testing::Not(HasSubstr("secret")));
+  EXPECT_THAT(ended.err, HasSubstr("imex: the address was " + server.address("/secured") + "\n"));
+}
+
 TEST_P(BadAnswer, emptyBody_isNoSoapAnswer) {
   const FaultyServer server(FaultyServer::ok(""));
   const Ended ended = importFrom(server);
@@ -136,7 +146,8 @@ TEST_P(BadAnswer, folderOfTheFileIsFullOfAFolderOfThePagesName_keepsTheVerdict) 
   const FaultyServer server(FaultyServer::ok(soapAnswer(acceptedLine())));
   const Ended ended = importFrom(server);
   EXPECT_EQ(0, ended.status);
-  EXPECT_EQ("imex: The server responded, but the results could not be displayed.\nimex: " + (folder / "customers.txt") +
+  EXPECT_EQ("imex: The server responded, but the results could not be displayed.\nimex: " +
+                (folder / "validationresults.html") +
                 ": Path/File access error (error 75)\n",
             ended.err);
   EXPECT_EQ("Line 1: accepted\nReply:   Done.\nOutcome: accepted\n", ended.out);

@@ -174,6 +174,25 @@ TEST_P(BadFile, controlCharacterThatXmlCannotCarry_isSaidAndNothingSent) {
   EXPECT_FALSE(isAnythingSent());
 }
 
+TEST_P(BadFile, underTheNameOfTheResultsPage_isNotReplaced) {
+  const std::string bytes = customer("C1") + "\r\n";
+  const std::string file = folder.write("validationresults.html", bytes);
+  const Ended ended = importOnRoad(file);
+  EXPECT_EQ(0, ended.status);
+  EXPECT_EQ("imex: The server responded, but the results could not be displayed.\nimex: " + file +
+                ": Path/File access error (error 75)\n",
+            ended.err);
+  EXPECT_EQ(bytes, folder.read("validationresults.html"));
+}
+
+TEST_P(BadFile, behindALink_isTheFileThatTheSystemMeans) {
+  folder.write("there/inner/x", "");
+  folder.write("there/file.txt", customer("C1") + "\r\n");
+  folder.write("file.txt", "too few\r\n");
+  std::filesystem::create_directory_symlink(folder / "there/inner", folder / "link");
+  EXPECT_EQ(0, importOnRoad(folder / "link/../file.txt").status);
+}
+
 TEST_P(BadFile, answeredYes_isStillNotSent) {
   const Ended ended = import("too few\r\n", {"--yes"});
   EXPECT_EQ(2, ended.status);

@@ -113,6 +113,43 @@ TEST_F(Commands, missingFormatFile_isNamedAndTheOthersBeforeItWork) {
   EXPECT_EQ(box, products.err);
 }
 
+TEST_F(Commands, aPairThatOnlyJoinsToAKnownKey_isWrongUse) {
+  const std::string file = folder.write("file.txt", customer("C1"));
+  for (const auto& [type, origin] :
+       {std::pair{"CUSTOMERA", "GENT"}, std::pair{"", "CUSTOMERAGENT"}, std::pair{"ORDER", "LINEITEMAGENT"}}) {
+    EXPECT_EQ(64, imex({"import", file, "--type", type, "--origin", origin}).status) << type << origin;
+    EXPECT_EQ(64, imex({"check", file, "--type", type, "--origin", origin}).status) << type << origin;
+  }
+}
+
+TEST_F(Commands, checkListsALineThatCannotBeChecked) {
+  const Ended ended = check(customer("C1") + "\r\n" + customer("C2", std::string(40000, 'n')) + "\r\n");
+  EXPECT_EQ(2, ended.status);
+  EXPECT_EQ("Line 2: failed\n  Error:     The line cannot be checked: Overflow (error 6)\nOutcome: refused\n", ended.out);
+}
+
+TEST_F(Commands, jsonIsPrintedWhateverHappens) {
+  const std::string app = folder / "none";
+  for (const char* type : {"CUSTOMER", "ORDERLINEITEM"}) {
+    const Ended ended =
+        imex({"import", folder / "none.txt", "--type", type, "--origin", "AGENT", "--app-dir", app, "--json"});
+    EXPECT_EQ(66, ended.status);
+    EXPECT_EQ("unreadable", nlohmann::json::parse(ended.out)["outcome"]);
+  }
+  const Ended ended = imex({"template", "--type", "CUSTOMER", "--origin", "AGENT", "--app-dir", app, "--json"});
+  EXPECT_EQ(66, ended.status);
+  EXPECT_TRUE(nlohmann::json::parse(ended.out)["columns"].empty());
+}
+
+TEST_F(Commands, outputThatIsNotTaken_isSaid) {
+  for (const char* arguments : {"formats", "formats --json", "--help", "--version"}) {
+    const Ended ended = run("/bin/sh", {"-c", std::string(IMEX_PROGRAM " --app-dir " IMEX_SOURCE_DIR "/share ") +
+                                                  arguments + " > /dev/full"});
+    EXPECT_EQ(74, ended.status) << arguments;
+    EXPECT_EQ("imex: the results cannot be written to standard output\n", ended.err) << arguments;
+  }
+}
+
 TEST_F(Commands, traceHasALineForEachCall) {
   const std::string trace = folder / "trace.log";
   EXPECT_EQ(0, imex({"formats", "--trace", trace}).status);
