@@ -41,11 +41,22 @@ void ImExActionCtrl::askForFont() {
 
 void ImExActionCtrl::connectControls() {
   const auto onClick = [this](QAbstractButton* button, void (ImExActionCtrl::*clicked)()) {
-    connect(button, &QAbstractButton::clicked, this, [this, clicked] { runAsEvent([&] { (this->*clicked)(); }); });
+    connect(button, &QAbstractButton::clicked, this, [this, clicked] {
+      if (!m_isSending)
+        runAsEvent([&] { (this->*clicked)(); });
+    });
   };
+  // A click runs the handler, also on an option that is marked already; so does any other way to mark one, such as a
+  // screen reader's. The option that loses its mark runs none.
   const auto onIndex = [this](QButtonGroup* options, void (ImExActionCtrl::*clicked)(int)) {
-    connect(options, &QButtonGroup::idClicked, this,
-            [this, clicked](int index) { runAsEvent([&] { (this->*clicked)(index); }); });
+    const auto run = [this, clicked](int index) { runAsEvent([&] { (this->*clicked)(index); }); };
+    connect(options, &QButtonGroup::idPressed, this, [this] { m_isOptionPressed = true; });
+    connect(options, &QButtonGroup::idReleased, this, [this] { m_isOptionPressed = false; });
+    connect(options, &QButtonGroup::idClicked, this, run);
+    connect(options, &QButtonGroup::idToggled, this, [this, run](int index, bool isMarked) {
+      if (isMarked && !m_isOptionPressed)
+        run(index);
+    });
   };
   connect(m_ui->cmbDataType, &DropDownList::chosen, this, &ImExActionCtrl::cmbDataType_Click);
   connect(m_ui->cmbDataOrigin, &DropDownList::chosen, this, &ImExActionCtrl::cmbDataOrigin_Click);

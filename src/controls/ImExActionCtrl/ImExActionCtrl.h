@@ -175,6 +175,7 @@ class ImExActionCtrl : public QWidget {
 
   // Import
   void cmdImportExport_Click();
+  class Sending;
   void importToServer();
   void importToHost();
   void restoreImport();
@@ -230,6 +231,8 @@ class ImExActionCtrl : public QWidget {
   static constexpr std::string_view kClassName = "ImExActionCtrl";
 
   std::unique_ptr<Ui::ImExActionCtrl> m_ui;
+  bool m_isOptionPressed = false; ///< by the user, whose click follows
+  bool m_isSending = false;       ///< an import to the server is under way; what the user clicks meanwhile is dropped
   std::shared_ptr<ImExRequest> m_imExRequest; ///< null before a mode call
   std::int32_t m_restrictedOrigin = 0;        ///< the index given to RestrictDataOrigin
 };

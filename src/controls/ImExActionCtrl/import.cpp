@@ -7,6 +7,9 @@
 #include "request/shared.h"
 #include "ui_ImExActionCtrl.h"
 
+#include <QCoreApplication>
+#include <QPointer>
+
 #include <memory>
 
 namespace imex {
@@ -34,6 +37,21 @@ bool hasItems(const CollectionPtr<T>& list) {
 
 } // namespace
 
+/// Says while it lives that an import is being sent. The panel may go first.
+class ImExActionCtrl::Sending {
+ public:
+  explicit Sending(ImExActionCtrl& panel) : m_panel(&panel) { panel.m_isSending = true; }
+  ~Sending() {
+    if (m_panel)
+      m_panel->m_isSending = false;
+  }
+  Sending(const Sending&) = delete;
+  Sending& operator=(const Sending&) = delete;
+
+ private:
+  QPointer<ImExActionCtrl> m_panel;
+};
+
 // --- The buttons ----------------------------------------------------------------------------------------------------
 
 /// Its errors are recorded under the labels of two buttons, which trace readers expect.
@@ -58,8 +76,11 @@ void ImExActionCtrl::cmdImportExport_Click() {
       ShowBox{});
 }
 
-/// Where sending fails, the button stays disabled and the pointer an hourglass, until a reply or the next import.
+/// Where sending fails, the button stays disabled and the pointer an hourglass, until a reply or the next import. A
+/// handler of the host may delete the panel while the request sends.
 void ImExActionCtrl::importToServer() {
+  const QPointer<ImExActionCtrl> self = this;
+  const bool hadFocus = m_ui->cmdImportExport->hasFocus();
   report({});
   m_ui->cmdImportExport->setEnabled(false);
   {
@@ -67,9 +88,15 @@ void ImExActionCtrl::importToServer() {
     setCursor(Qt::WaitCursor);
     const std::shared_ptr<ImExRequest> sent = m_imExRequest; // a handler may call a mode method
     sent->isCentralizedAgent = isCentralizedAgent;
+    const Sending sending(*this);
     sent->send();
+    QCoreApplication::processEvents(); // drops the clicks of a user who would not wait
   }
+  if (!self)
+    throw LeaveEarly();
   restoreImport();
+  if (hadFocus)
+    m_ui->cmdImportExport->setFocus();
 }
 
 void ImExActionCtrl::restoreImport() {

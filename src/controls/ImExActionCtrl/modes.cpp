@@ -6,6 +6,7 @@
 #include "ui_ImExActionCtrl.h"
 
 #include <QButtonGroup>
+#include <QSignalBlocker>
 
 #include <span>
 
@@ -57,11 +58,13 @@ void ImExActionCtrl::connectRequest() {
 
 /// Marks an option as code does it: the handler runs whether the option was marked before or not.
 void ImExActionCtrl::setTruncation(int index) {
+  const QSignalBlocker once(m_ui->optTruncation);
   m_ui->optTruncation->button(index)->setChecked(true);
   optTruncation_Click(index);
 }
 
 void ImExActionCtrl::setWarnings(int index) {
+  const QSignalBlocker once(m_ui->optWarnings);
   m_ui->optWarnings->button(index)->setChecked(true);
   optWarnings_Click(index);
 }

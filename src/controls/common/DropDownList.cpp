@@ -56,7 +56,8 @@ void DropDownList::mousePressEvent(QMouseEvent* event) {
 }
 
 void DropDownList::wheelEvent(QWheelEvent* event) {
-  if (m_isLocked)
+  // Without the focus, the wheel was meant for the form that scrolls past.
+  if (m_isLocked || !hasFocus())
     event->ignore();
   else
     QComboBox::wheelEvent(event);

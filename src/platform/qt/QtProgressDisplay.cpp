@@ -49,6 +49,7 @@ void QtProgressDisplay::show(std::string_view title, std::string_view message, s
   if (!m_window) {
     m_window = new QWidget(QApplication::activeWindow(), kFlags);
     m_window->setObjectName(QStringLiteral("progressDisplay"));
+    m_window->setAttribute(Qt::WA_ShowWithoutActivating); // a box shown meanwhile belongs to the host's window
     new QVBoxLayout(m_window);
     addLabel(*m_window, "message");
     addLabel(*m_window, "third");

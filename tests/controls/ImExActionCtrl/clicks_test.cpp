@@ -72,6 +72,19 @@ TEST_F(ImExActionCtrlClicks, delimiterFollowsTheList) {
   EXPECT_EQ("TAB", sent().delimiter);
 }
 
+TEST_F(ImExActionCtrlClicks, optionMarkedInAnotherWay_runsItsHandlerOnce) {
+  panel.initializeClientToServer();
+  everything();
+  option("optTruncation_1").toggle(); // as a screen reader does
+  EXPECT_EQ(plain("optTruncation_Click"), everything());
+  option("optTruncation_0").setChecked(true);
+  EXPECT_EQ(plain("optTruncation_Click"), everything());
+  option("optTruncation_0").setChecked(true);
+  EXPECT_EQ(Texts{}, everything()) << "nothing was marked";
+  click("optTruncation_0");
+  EXPECT_EQ(plain("optTruncation_Click"), everything()) << "a click on the marked option counts";
+}
+
 TEST_F(ImExActionCtrlClicks, truncationFollowsTheOption) {
   click("optTruncation_1");
   EXPECT_EQ(plain("optTruncation_Click"), everything());

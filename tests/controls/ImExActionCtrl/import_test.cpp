@@ -99,6 +99,49 @@ TEST_F(ImExActionCtrlImport, whileSendingTheButtonIsDisabledAndThePointerAnHourg
   EXPECT_TRUE(wasAsked);
 }
 
+TEST_F(ImExActionCtrlImport, clicksWhileSendingAreDropped) {
+  startClientToServer();
+  giveFile({customerLine()});
+  const auto post = [&](const char* name, QEvent::Type type, Qt::MouseButtons buttons) {
+    auto& button = child<QAbstractButton>(name);
+    const QPointF place = button.rect().center();
+    QCoreApplication::postEvent(
+        &button, new QMouseEvent(type, place, button.mapToGlobal(place), Qt::LeftButton, buttons, Qt::NoModifier));
+  };
+  host.user.onName = [&] { // a user who does not wait
+    for (const char* name : {"cmdImportExport", "btnTemplate"}) {
+      post(name, QEvent::MouseButtonPress, Qt::LeftButton);
+      post(name, QEvent::MouseButtonRelease, Qt::NoButton);
+    }
+  };
+  const std::string before = ui.clipboard.text;
+  import();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(1u, host.serviceCall.calls.size());
+  EXPECT_EQ(before, ui.clipboard.text);
+  EXPECT_TRUE(isButtonEnabled());
+}
+
+TEST_F(ImExActionCtrlImport, keyboardFocusStaysOnTheButton) {
+  startClientToServer();
+  giveFile({customerLine()});
+  auto& button = child<QAbstractButton>("cmdImportExport");
+  button.setFocus();
+  QTest::keyClick(&button, Qt::Key_Space);
+  EXPECT_EQ(1u, host.serviceCall.calls.size());
+  EXPECT_TRUE(button.hasFocus());
+}
+
+TEST_F(ImExActionCtrlImport, panelThatTheHostDeletesMeanwhile_isGone) {
+  startClientToServer();
+  giveFile({customerLine()});
+  QPointer<ImExActionCtrl> watched = &panel;
+  onSignal = [&] { delete watched.data(); }; // showErrors comes while the request sends
+  QTest::mouseClick(&child<QAbstractButton>("cmdImportExport"), Qt::LeftButton);
+  EXPECT_TRUE(watched.isNull());
+  EXPECT_EQ(Texts{}, host.trace->errors());
+}
+
 TEST_F(ImExActionCtrlImport, replyRestoresButtonAndPointer) {
   startClientToServer();
   giveFile({customerLine()});

@@ -122,8 +122,17 @@ TEST_F(DropDownListTest, mouseChoosesOnceAlsoTheSameText) {
   EXPECT_EQ(2, chosen.count());
 }
 
+TEST_F(DropDownListTest, wheelOverAListWithoutTheFocusScrollsPast) {
+  list.setListIndex(0);
+  list.clearFocus();
+  turnWheel();
+  EXPECT_EQ(0, list.listIndex());
+  EXPECT_EQ(1, chosen.count());
+}
+
 TEST_F(DropDownListTest, wheelChooses) {
   list.setListIndex(0);
+  list.setFocus();
   turnWheel();
   EXPECT_EQ(1, list.listIndex());
   EXPECT_EQ(2, chosen.count());
