@@ -1,0 +1,82 @@
+#include "desk/DeskHost.h"
+
+#include "host/Clock.h"
+#include "host/Services.h"
+#include "platform/files/DiskFiles.h"
+#include "platform/qt/QtBrowserLauncher.h"
+#include "platform/qt/QtClipboard.h"
+#include "platform/qt/QtMessageBox.h"
+#include "platform/qt/QtOpenFileDialog.h"
+#include "platform/qt/QtProgressDisplay.h"
+#include "platform/soap/SoapServiceCall.h"
+#include "platform/soap/SoapTransportFactory.h"
+#include "platform/trace/FileTraceLog.h"
+
+#include <QDateTime>
+
+namespace imex::desk {
+
+namespace {
+
+class SystemClock : public host::Clock {
+ public:
+  host::LocalTime now() const override {
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDate date = now.date();
+    return {date.year(), date.month(), date.day(), now.time().hour(), now.time().minute()};
+  }
+};
+
+} // namespace
+
+struct DeskHost::Services {
+  explicit Services(DeskSettings& deskSettings) : settings(deskSettings), serviceCall(transports, deskSettings) {}
+
+  host::Services all();
+
+  DeskSettings& settings;
+  SystemClock clock;
+  platform::QtMessageBox messageBox;
+  platform::QtOpenFileDialog openFileDialog;
+  platform::QtClipboard clipboard;
+  platform::QtBrowserLauncher browser;
+  platform::DiskFiles files;
+  platform::SoapTransportFactory transports;
+  platform::SoapServiceCall serviceCall;
+};
+
+host::Services DeskHost::Services::all() {
+  host::Services services;
+  services.application = &settings;
+  services.settings = &settings;
+  services.currentUser = &settings;
+  services.clock = &clock;
+  services.messageBox = &messageBox;
+  services.openFileDialog = &openFileDialog;
+  services.clipboard = &clipboard;
+  services.browserLauncher = &browser;
+  services.files = &files;
+  services.transportFactory = &transports;
+  services.serviceCall = &serviceCall;
+  services.createProgressDisplay = [] { return std::make_unique<platform::QtProgressDisplay>(); };
+  return services;
+}
+
+DeskHost::DeskHost(DeskSettings& settings) : m_services(std::make_unique<Services>(settings)) {
+  host::install(m_services->all());
+}
+
+DeskHost::~DeskHost() {
+  host::install({});
+}
+
+void DeskHost::startTrace() {
+  if (m_services->settings.traceFile().empty())
+    return;
+  const auto log = std::make_shared<platform::FileTraceLog>(m_services->settings.traceFile());
+  host::Services services = m_services->all();
+  services.createTraceLog = [log] { return log; };
+  host::install(std::move(services));
+}
+
+} // namespace imex::desk

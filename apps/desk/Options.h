@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace imex::desk {
+
+enum class ExitStatus {
+  closed = 0,
+  wrongUse = 64,
+  cannotUseFile = 66, ///< the INI file of --config
+};
+
+/// What the command line asks for.
+struct Options {
+  std::string config;               ///< absolute; empty: the user's own INI file
+  std::string applicationDirectory; ///< absolute, without a separator at its end; empty: not given
+};
+
+/// Either the options, or the status with which the program ends after help, a version or a message was printed.
+struct ParsedOptions {
+  Options options;
+  std::optional<ExitStatus> exitStatus;
+};
+
+/// Reads the command line.
+ParsedOptions parseOptions(int argc, const char* const* argv);
+
+/// The path made absolute, because the component changes the current directory; without a separator at its end. An
+/// empty one stays empty.
+std::string absolutePath(const std::string& path);
+
+} // namespace imex::desk
