@@ -286,7 +286,8 @@ void MainWindow::useLocalService(const ServiceAddresses& addresses) {
 
 void MainWindow::reportServiceFailure(const QString& why) {
   stopLocalService();
-  m_bar->ask(offer());
+  if (isServiceMissing())
+    m_bar->ask(offer());
   showNotice("The import service of this machine does not work: " + toCore(why));
 }
 

@@ -20,7 +20,7 @@ namespace {
 using namespace imex;
 using namespace imex::desk;
 
-constexpr QSize kWindow(940, 600);
+constexpr QSize kWindow(940, 680);
 constexpr int kGreatestWait = 60'000; // milliseconds
 
 QPalette darkPalette() {
