@@ -13,6 +13,7 @@ class Clipboard;
 class Clock;
 class CurrentUser;
 class Files;
+class Keyboard;
 class MessageBox;
 class OpenFileDialog;
 class ProgressDisplay;
@@ -36,6 +37,7 @@ struct Services {
   Files* files = nullptr;
   TransportFactory* transportFactory = nullptr;
   ServiceCall* serviceCall = nullptr;
+  Keyboard* keyboard = nullptr;
 
   /// Makes the progress display of one operation. Left empty, no progress is shown.
   std::function<std::unique_ptr<ProgressDisplay>()> createProgressDisplay;
