@@ -1,7 +1,6 @@
 #include "desk/DeskSettings.h"
 
 #include "controls/common/text.h"
-#include "desk/Options.h"
 #include "desk/iniText.h"
 #include "desk/settingChecks.h"
 #include "platform/config/IniFile.h"
@@ -9,6 +8,7 @@
 #include "runtime/RuntimeError.h"
 #include "runtime/encoding.h"
 #include "runtime/text.h"
+#include "startup/startup.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,8 +1,9 @@
 #include "desk/Options.h"
 
+#include "startup/startup.h"
+
 #include <CLI/CLI.hpp>
 
-#include <filesystem>
 #include <iostream>
 
 namespace imex::desk {
@@ -23,16 +24,6 @@ Exit status:
   66  the file of --config cannot be used)";
 
 } // namespace
-
-std::string absolutePath(const std::string& path) {
-  if (path.empty())
-    return path;
-  // ".." stays: what it means behind a symbolic link, only the file system knows.
-  std::string full = std::filesystem::absolute(path).string();
-  while (full.size() > 1 && full.back() == '/')
-    full.pop_back();
-  return full;
-}
 
 ParsedOptions parseOptions(int argc, const char* const* argv) {
   CLI::App app("Imports files into Corvana: a window with the import/export panel and documents.", "corvana-desk");

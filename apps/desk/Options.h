@@ -26,8 +26,4 @@ struct ParsedOptions {
 /// Reads the command line.
 ParsedOptions parseOptions(int argc, const char* const* argv);
 
-/// The path made absolute, because the component changes the current directory; without a separator at its end. An
-/// empty one stays empty.
-std::string absolutePath(const std::string& path);
-
 } // namespace imex::desk

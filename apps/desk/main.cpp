@@ -4,6 +4,7 @@
 #include "desk/DeskSettings.h"
 #include "desk/MainWindow.h"
 #include "desk/Options.h"
+#include "startup/startup.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -12,9 +13,7 @@
 #include <clocale>
 #include <filesystem>
 #include <iostream>
-#include <locale>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,15 +22,6 @@ namespace {
 
 using namespace imex;
 using namespace imex::desk;
-
-/// Numbers in files are read by the rules of the user's locale. Where the environment names an unknown one, those of
-/// the classic locale hold.
-void useLocaleOfUser() {
-  try {
-    std::locale::global(std::locale(""));
-  } catch (const std::runtime_error&) { // there is no such locale on this machine
-  }
-}
 
 QString userFile(QStandardPaths::StandardLocation location, const char* name) {
   return QDir(QStandardPaths::writableLocation(location)).filePath(QStringLiteral("corvana/") + QLatin1String(name));

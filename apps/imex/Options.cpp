@@ -5,10 +5,10 @@
 #include "platform/files/DiskFiles.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
+#include "startup/startup.h"
 
 #include <CLI/CLI.hpp>
 
-#include <filesystem>
 #include <iostream>
 #include <limits>
 #include <vector>
@@ -124,23 +124,12 @@ std::string port(const std::string& text) {
   return text;
 }
 
-/// Absolute, because the component changes the current directory; without a separator at its end. ".." stays: what it
-/// means behind a symbolic link, only the file system knows.
-std::string absolute(const std::string& path) {
-  if (path.empty())
-    return path;
-  std::string full = std::filesystem::absolute(path).string();
-  while (full.size() > 1 && full.back() == '/')
-    full.pop_back();
-  return full;
-}
-
 void applySettings(CommandLine& line, const platform::IniFile& ini) {
   const auto setting = [&](const Given& given, const char* section, const char* key) {
     return given ? *given : ini.value(section, key).value_or("");
   };
   Options& options = line.options;
-  options.applicationDirectory = absolute(setting(line.applicationDirectory, "application", "directory"));
+  options.applicationDirectory = absolutePath(setting(line.applicationDirectory, "application", "directory"));
   options.title = ini.value("application", "title").value_or(options.title);
   options.securedAddress = setting(line.secured, "service", "secured");
   options.unsecuredAddress = setting(line.unsecured, "service", "unsecured");
@@ -149,7 +138,7 @@ void applySettings(CommandLine& line, const platform::IniFile& ini) {
   options.proxyPort = port(setting(line.proxyPort, "service", "proxyPort"));
   options.userName = setting(line.userName, "user", "name");
   options.userId = setting(line.userId, "user", "id");
-  options.traceFile = absolute(setting(line.trace, "trace", "file"));
+  options.traceFile = absolutePath(setting(line.trace, "trace", "file"));
 }
 
 void applyCodes(CommandLine& line) {
@@ -164,7 +153,7 @@ void applyCodes(CommandLine& line) {
   if (road != "SEND" && road != "INSTANT")
     refuse("the road is send or instant, not \"" + line.road + "\"");
   options.road = road == "SEND" ? Road::send : Road::instant;
-  options.file = absolute(options.file);
+  options.file = absolutePath(options.file);
 }
 
 void requireSettings(const Options& options) {

@@ -2,25 +2,15 @@
 
 #include "module/ImExModule.h"
 #include "runtime/RuntimeError.h"
+#include "startup/startup.h"
 
 #include <csignal>
 #include <iostream>
-#include <locale>
-#include <stdexcept>
 
 namespace {
 
 using namespace imex;
 using namespace imex::cli;
-
-/// Numbers in files are read by the rules of the user's locale. Where the environment names an unknown one, those of
-/// the classic locale hold.
-void useLocaleOfUser() {
-  try {
-    std::locale::global(std::locale(""));
-  } catch (const std::runtime_error&) { // there is no such locale on this machine
-  }
-}
 
 ExitStatus run(const Options& options, const ConsoleHost& host) {
   ImExModule::initialize();
