@@ -1,3 +1,4 @@
+#include "VisibleControls.h"
 #include "commands.h"
 
 #include "module/ImExModule.h"
@@ -6,6 +7,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <optional>
 
 namespace {
 
@@ -33,6 +35,9 @@ int runProgram(int argc, char** argv) {
   if (parsed.exitStatus)
     return *parsed.exitStatus;
   useLocaleOfUser();
+  std::optional<VisibleControls> results;
+  if (!parsed.options.asJson) // JSON has its own way to write them
+    results.emplace(std::cout);
   try {
     const ConsoleHost host(parsed.options);
     return static_cast<int>(run(parsed.options, host));
@@ -48,6 +53,7 @@ int runProgram(int argc, char** argv) {
 int main(int argc, char** argv) {
   // A file that grows past a limit of the user's is an error like a full disk and must not end the program.
   std::signal(SIGXFSZ, SIG_IGN);
+  const VisibleControls errors(std::cerr);
   const int status = runProgram(argc, argv);
   if (std::cout.flush())
     return status;

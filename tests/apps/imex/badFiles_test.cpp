@@ -212,5 +212,13 @@ TEST_P(BadFile, relativePath_isThatOfTheCaller) {
 INSTANTIATE_TEST_SUITE_P(imex, BadFile, testing::Values("send", "instant"),
                          [](const auto& road) { return road.param; });
 
+/// A name may hold what a terminal obeys.
+TEST_F(ProgramTest, controlCharactersInAFileNameAreSpeltOut) {
+  const Ended ended = imex({"check", folder / "a\x1b[2J\u009b.txt", "--type", "CUSTOMER", "--origin", "AGENT"});
+  EXPECT_EQ(66, ended.status);
+  EXPECT_THAT(ended.err, HasSubstr((folder / "a\\x1b[2J\\x9b.txt") + ": File not found"));
+  EXPECT_THAT(ended.err + ended.out, testing::Not(testing::AnyOf(HasSubstr("\x1b"), HasSubstr("\u009b"))));
+}
+
 } // namespace
 } // namespace imex::test

@@ -1,0 +1,78 @@
+#include "VisibleControls.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+namespace imex::cli {
+
+namespace {
+
+std::string shown(const std::string& text) {
+  std::ostringstream out;
+  {
+    const VisibleControls visible(out);
+    out << text << std::flush;
+  }
+  return out.str();
+}
+
+TEST(VisibleControls, ordinaryTextPassesUnchanged) {
+  for (const char* text : {"", "Line 1: accepted\n", "a\tb\n", "Müller – 100 €\n", "£\u00a0\u00bf"})
+    EXPECT_EQ(text, shown(text));
+}
+
+TEST(VisibleControls, everyControlCharacterBecomesItsNumber) {
+  EXPECT_EQ("\\x1b[31mred", shown("\x1b[31mred"));
+  EXPECT_EQ("a\\x07\\x08\\x00b", shown(std::string("a\x07\x08\0b", 5)));
+  EXPECT_EQ("\\x1f \\x7f~", shown("\x1f \x7f~"));
+  EXPECT_EQ("\\x80\\x9b2J\\x9f\u00a0", shown("\u0080\u009b2J\u009f\u00a0"));
+}
+
+TEST(VisibleControls, carriageReturnStaysBeforeALineEndAlone) {
+  EXPECT_EQ("a\r\nb", shown("a\r\nb"));
+  EXPECT_EQ("secret\\x0dshown", shown("secret\rshown"));
+  EXPECT_EQ("\\x0d\r\n", shown("\r\r\n"));
+  EXPECT_EQ("\\x0d", shown("\r"));
+}
+
+TEST(VisibleControls, characterThatIsCutOffPassesAsItIs) {
+  EXPECT_EQ("\xC2", shown("\xC2"));
+  EXPECT_EQ("\xC2"
+            "a",
+            shown("\xC2"
+                  "a"));
+}
+
+TEST(VisibleControls, streamIsItselfAgainAfterwards) {
+  std::ostringstream out;
+  { const VisibleControls visible(out); }
+  out << '\x1b';
+  EXPECT_EQ("\x1b", out.str());
+}
+
+class Full : public std::streambuf {};
+
+TEST(VisibleControls, failureOfTheOutputIsPassedOn) {
+  for (const char* text : {"a", "\x1b", "\r"}) {
+    Full full;
+    std::ostream out(&full);
+    {
+      const VisibleControls visible(out);
+      out << text;
+    }
+    EXPECT_FALSE(out) << testing::PrintToString(text);
+  }
+}
+
+TEST(VisibleControls, failureBeforeIsNotForgotten) {
+  std::ostringstream out;
+  out.setstate(std::ios::badbit);
+  { const VisibleControls visible(out); }
+  EXPECT_FALSE(out);
+}
+
+} // namespace
+
+} // namespace imex::cli
