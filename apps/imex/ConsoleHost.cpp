@@ -106,6 +106,8 @@ class ErrorMemory : public host::TraceLog {
       m_file->LogResumedError(source, procedure, error, line);
   }
 
+  bool takesTraces() const override { return m_file != nullptr; }
+
   std::string lastError;
   int errorCount = 0;
 

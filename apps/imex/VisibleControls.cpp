@@ -1,5 +1,6 @@
 #include "VisibleControls.h"
 
+#include <array>
 #include <string_view>
 
 namespace imex::cli {
@@ -27,8 +28,8 @@ bool write(std::streambuf& to, std::string_view text) {
 
 bool writeNumber(std::streambuf& to, unsigned char byte) {
   constexpr std::string_view kDigits = "0123456789abcdef";
-  const char number[] = {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0xF]};
-  return write(to, {number, sizeof number});
+  const std::array number = {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0xF]};
+  return write(to, {number.data(), number.size()});
 }
 
 /// Exchanges the buffer of a stream, which would forget that it has failed.
