@@ -71,14 +71,18 @@ std::string readText(const std::string& path) {
   return text;
 }
 
-/// Replaces the file as a whole or not at all.
+/// Replaces the file as a whole or not at all. A new one is for the user alone, because an address may hold a
+/// password; an existing one keeps its permissions.
 void replaceFile(const std::string& path, const std::string& text) {
   const QDir folder = QFileInfo(toQt(path)).dir();
   if (!folder.mkpath(QStringLiteral(".")))
     raiseNotSaved(path, QStringLiteral("The folder cannot be made"));
+  const bool isNew = !QFile::exists(toQt(path));
   QSaveFile file(toQt(path));
   const auto size = static_cast<qint64>(text.size());
-  if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), size) != size || !file.commit())
+  if (!file.open(QIODevice::WriteOnly) ||
+      (isNew && !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)) ||
+      file.write(text.data(), size) != size || !file.commit())
     raiseNotSaved(path, file.errorString());
 }
 

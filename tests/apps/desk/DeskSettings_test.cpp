@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <optional>
 
 namespace imex::desk::test {
@@ -25,6 +26,8 @@ class DeskSettingsTest : public testing::Test {
     result.load();
     return result;
   }
+
+  std::filesystem::perms permissions() const { return std::filesystem::status(folder / "a/b/desk.ini").permissions(); }
 
   TemporaryFolder folder;
 };
@@ -83,6 +86,17 @@ TEST_F(DeskSettingsTest, savingKeepsTheTextOfAWindows1252File) {
   made.load();
   EXPECT_EQ("Caf\xC3\xA9", made.title());
   EXPECT_EQ(kValues, made.values());
+}
+
+/// An address may hold a password.
+TEST_F(DeskSettingsTest, newFileIsForTheUserAloneAndAnOldOneKeepsItsPermissions) {
+  using std::filesystem::perms;
+  DeskSettings made = settings();
+  made.save(kValues);
+  EXPECT_EQ(perms::owner_read | perms::owner_write, permissions());
+  std::filesystem::permissions(folder / "a/b/desk.ini", perms::group_read, std::filesystem::perm_options::add);
+  made.save(kValues);
+  EXPECT_EQ(perms::owner_read | perms::owner_write | perms::group_read, permissions());
 }
 
 TEST_F(DeskSettingsTest, failedSaveNamesTheFileAndChangesNothing) {
