@@ -1,7 +1,7 @@
 #include "desk/DeskHost.h"
 
-#include "host/Clock.h"
 #include "host/Services.h"
+#include "platform/clock/SystemClock.h"
 #include "platform/files/DiskFiles.h"
 #include "platform/qt/QtBrowserLauncher.h"
 #include "platform/qt/QtClipboard.h"
@@ -12,22 +12,7 @@
 #include "platform/soap/SoapTransportFactory.h"
 #include "platform/trace/FileTraceLog.h"
 
-#include <QDateTime>
-
 namespace imex::desk {
-
-namespace {
-
-class SystemClock : public host::Clock {
- public:
-  host::LocalTime now() const override {
-    const QDateTime now = QDateTime::currentDateTime();
-    const QDate date = now.date();
-    return {date.year(), date.month(), date.day(), now.time().hour(), now.time().minute()};
-  }
-};
-
-} // namespace
 
 struct DeskHost::Services {
   explicit Services(DeskSettings& deskSettings) : settings(deskSettings), serviceCall(transports, deskSettings) {}
@@ -35,7 +20,7 @@ struct DeskHost::Services {
   host::Services all();
 
   DeskSettings& settings;
-  SystemClock clock;
+  platform::SystemClock clock;
   platform::QtMessageBox messageBox;
   platform::QtOpenFileDialog openFileDialog;
   platform::QtClipboard clipboard;

@@ -2,18 +2,17 @@
 
 #include "host/Application.h"
 #include "host/BrowserLauncher.h"
-#include "host/Clock.h"
 #include "host/CurrentUser.h"
 #include "host/MessageBox.h"
 #include "host/Services.h"
 #include "host/Settings.h"
 #include "host/TraceLog.h"
+#include "platform/clock/SystemClock.h"
 #include "platform/files/DiskFiles.h"
 #include "platform/soap/SoapServiceCall.h"
 #include "platform/soap/SoapTransportFactory.h"
 #include "platform/trace/FileTraceLog.h"
 
-#include <ctime>
 #include <iostream>
 
 namespace imex::cli {
@@ -68,16 +67,6 @@ class NoBrowser : public host::BrowserLauncher {
   void show(std::string_view /*path*/, int /*option*/) override {}
 };
 
-class SystemClock : public host::Clock {
- public:
-  host::LocalTime now() const override {
-    const std::time_t seconds = std::time(nullptr);
-    std::tm local = {};
-    ::localtime_r(&seconds, &local);
-    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min};
-  }
-};
-
 /// Remembers the last error and hands everything on to the trace file where there is one.
 class ErrorMemory : public host::TraceLog {
  public:
@@ -130,7 +119,7 @@ struct ConsoleHost::Services {
   OptionSettings settings;
   ErrorStreamBox messageBox;
   NoBrowser browser;
-  SystemClock clock;
+  platform::SystemClock clock;
   platform::DiskFiles files;
   platform::SoapTransportFactory transports;
   platform::SoapServiceCall serviceCall;
