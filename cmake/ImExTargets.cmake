@@ -7,7 +7,7 @@ endif()
 
 # The windows of the controls, their Designer plugin and their tests.
 if(NOT IMEX_CORE_ONLY)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets UiPlugin Test)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets PrintSupport WebEngineWidgets UiPlugin Test)
 endif()
 
 # The libraries go into programs and into the plugin, which is a module.
@@ -30,6 +30,11 @@ endif()
 if(IMEX_SANITIZE)
   target_compile_options(imex_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(imex_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(IMEX_FUZZ)
+  target_compile_options(imex_options INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(imex_options INTERFACE -fsanitize=address,undefined)
 endif()
 

@@ -12,6 +12,9 @@
 
 namespace imex {
 
+/// The source of a control's error records. Trace readers look for the errors of every control under this name.
+inline constexpr std::string_view kControlErrorSource = "ImExActionCtrl";
+
 /// The labels of a control's procedure in the trace log, as in Procedure. The source of the trace lines is missing: it
 /// is the name that the control has at run time, its object name. An error record without a source has that name too.
 struct Labels {
