@@ -5,6 +5,7 @@
 #include "platform/files/DiskFiles.h"
 #include "platform/qt/QtBrowserLauncher.h"
 #include "platform/qt/QtClipboard.h"
+#include "platform/qt/QtKeyboard.h"
 #include "platform/qt/QtMessageBox.h"
 #include "platform/qt/QtOpenFileDialog.h"
 #include "platform/qt/QtProgressDisplay.h"
@@ -24,6 +25,7 @@ struct DeskHost::Services {
   platform::QtMessageBox messageBox;
   platform::QtOpenFileDialog openFileDialog;
   platform::QtClipboard clipboard;
+  platform::QtKeyboard keyboard;
   platform::QtBrowserLauncher browser;
   platform::DiskFiles files;
   platform::SoapTransportFactory transports;
@@ -39,6 +41,7 @@ host::Services DeskHost::Services::all() {
   services.messageBox = &messageBox;
   services.openFileDialog = &openFileDialog;
   services.clipboard = &clipboard;
+  services.keyboard = &keyboard;
   services.browserLauncher = &browser;
   services.files = &files;
   services.transportFactory = &transports;

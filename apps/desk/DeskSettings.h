@@ -53,7 +53,6 @@ class DeskSettings : public host::Settings, public host::Application, public hos
   void save(const SettingValues& values);
 
   const SettingValues& values() const { return m_values; }
-  const std::string& title() const { return m_title; }         ///< of the window; "Corvana" by default
   const std::string& traceFile() const { return m_traceFile; } ///< absolute; empty: nothing is traced
 
   /// Takes the place of addresses that are not set, until the program ends; nothing takes it back.
@@ -66,6 +65,7 @@ class DeskSettings : public host::Settings, public host::Application, public hos
   std::string proxyPort() const override;
   std::string installationDirectory() const override { return path(); }
   std::string path() const override;
+  std::string displayName() const override { return m_title; } // "Corvana" by default
   std::string name() const override { return m_values.userName; }
   std::string id() const override { return m_values.userId; }
 

@@ -1,109 +1,134 @@
 #include "desk/EditorPage.h"
 
 #include "controls/common/text.h"
-#include "desk/panels.h"
-#include "module/ImExModule.h"
+#include "host/MessageBox.h"
+#include "host/Services.h"
+#include "platform/qt/QtGrid.h"
 
-#include <QHeaderView>
-#include <QVBoxLayout>
+#include <QFileInfo>
 
+#include <functional>
+#include <string_view>
 #include <utility>
 
 namespace imex::desk {
 
 namespace {
 
-constexpr int kMessageLines = 4;    // that are seen below the table
-constexpr int kGreatestColumn = 60; // characters that a column is wide at first
-
-RowsPtr readRows(const QString& fileName, Integer delimiterAscii) {
-  auto rows = std::make_shared<Collection<StringsPtr>>();
-  ImExModule::InputFile file(toCore(fileName));
-  std::string_view line;
-  while (file.readLine(line))
-    rows->add(ImExModule::Parse(line, delimiterAscii));
-  return rows;
+bool isAnsweredYes(const QString& question) {
+  return host::required(host::services().messageBox).show(toCore(question), host::kQuestionStyle, "Corvana") ==
+         host::Answer::yes;
 }
 
 } // namespace
 
 EditorPage::EditorPage(QWidget* parent)
-    : QWidget(parent), m_heading(new QLabel), m_view(new QTableView), m_messagesLabel(new QLabel),
-      m_messages(new QPlainTextEdit) {
-  buildLayout();
-  connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this](const QModelIndex& current) { showMessages(current); });
-  m_heading->setText(QStringLiteral("No file. Press Edit, New or Import on another page."));
+    : QWidget(parent), m_editor(new ImExFileEdit),
+      m_note(new QLabel(QStringLiteral("No file is open. Press Edit, New or Import on another page."))),
+      m_shown(new QStackedLayout(this)) {
+  m_editor->setObjectName(QStringLiteral("editor"));
+  m_note->setObjectName(QStringLiteral("noFile"));
+  m_note->setAlignment(Qt::AlignCenter);
+  m_note->setWordWrap(true);
+  m_note->setFocusPolicy(Qt::TabFocus); // to be read out where it is the whole page
+  m_shown->addWidget(m_note);
+  m_shown->addWidget(m_editor);
+  close();
+  connectEditor();
 }
 
-void EditorPage::buildLayout() {
-  m_heading->setTextFormat(Qt::PlainText);
-  m_heading->setWordWrap(true);
-  m_heading->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  auto* note = new QLabel(QStringLiteral("The rows are shown for reading. Change the file in another program, and "
-                                         "import it again."));
-  note->setWordWrap(true);
-  m_view->setModel(&m_rows);
-  m_view->setObjectName(QStringLiteral("rows"));
-  m_view->setAccessibleName(QStringLiteral("Rows of the import file"));
-  m_view->setAlternatingRowColors(true);
-  m_view->setTabKeyNavigation(false);
-  useCompactRows(*m_view);
-  m_view->horizontalHeader()->setMaximumSectionSize(kGreatestColumn * fontMetrics().averageCharWidth());
-  m_messagesLabel->setText(QStringLiteral("Messages of the row:"));
-  m_messagesLabel->setBuddy(m_messages);
-  m_messages->setObjectName(QStringLiteral("messages"));
-  m_messages->setAccessibleName(QStringLiteral("Messages of the row"));
-  m_messages->setReadOnly(true);
-  m_messages->setTabChangesFocus(true);
-  m_messages->setFixedHeight((kMessageLines + 1) * m_messages->fontMetrics().lineSpacing());
-  m_messagesLabel->hide();
-  m_messages->hide();
-
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(m_heading);
-  layout->addWidget(note);
-  layout->addWidget(m_view, 1);
-  layout->addWidget(m_messagesLabel);
-  layout->addWidget(m_messages);
-  setFocusProxy(m_view);
+void EditorPage::connectEditor() {
+  connect(m_editor, &ImExFileEdit::saving, this, [this](bool& isAllowed) { isAllowed = isAllowed && maySave(); });
+  connect(m_editor, &ImExFileEdit::saved, this, [this] {
+    m_stamp = FileStamp::of(m_editor->fileName());
+    m_savedContents = contents();
+    Q_EMIT saved(m_editor->fileName());
+  });
+  connect(m_editor, &ImExFileEdit::cancel, this, [this] {
+    close();
+    Q_EMIT cancelled();
+  });
 }
 
-void EditorPage::edit(const QString& fileName, const StringsPtr& headers, Integer columnCount, Integer delimiterAscii) {
-  RowsPtr rows = readRows(fileName, delimiterAscii);
-  const auto count = static_cast<qsizetype>(rows->count());
-  show(QStringLiteral("%1: %2").arg(fileName, countOfLines(count)), std::move(rows), headers, columnCount, nullptr);
+// --- Opening --------------------------------------------------------------------------------------------------------
+
+/// The stamp is older than what is read, so that no change in between is missed.
+template <class Load>
+void EditorPage::open(const ImportFile& file, Load&& load) {
+  close();
+  m_stamp = FileStamp::of(file.path);
+  std::forward<Load>(load)();
+  m_savedContents = contents();
+  m_shown->setCurrentWidget(m_editor);
+  setFocusProxy(m_editor);
+  m_editor->reset();
 }
 
-void EditorPage::create(const QString& fileName, const StringsPtr& headers, Integer columnCount) {
-  show(fileName + QStringLiteral(": a new file of these columns"), nullptr, headers, columnCount, nullptr);
+void EditorPage::edit(const ImportFile& file) {
+  open(file, [&] {
+    m_editor->fileName(file.path);
+    m_editor->NumberRows(file.rowCount);
+    m_editor->NumberColumns(file.columnCount);
+    m_editor->HeaderCollection(file.headers);
+    m_editor->DelimiterAscii(file.delimiterAscii);
+    m_editor->loadGrid();
+  });
 }
 
-void EditorPage::showErrors(const QString& fileName, const RowsPtr& lines, const ErrorBeansPtr& messages,
-                            const StringsPtr& headers, Integer columnCount) {
-  show({}, lines, headers, columnCount, messages);
-  m_heading->setText(QStringLiteral("%1: %2, %3 with messages")
-                         .arg(fileName, countOfLines(m_rows.rowCount()))
-                         .arg(m_rows.rowsWithMessages()));
+void EditorPage::create(const ImportFile& file) {
+  open(file, [&] {
+    m_editor->fileName(file.path);
+    m_editor->NumberRows(file.rowCount);
+    m_editor->NumberColumns(file.columnCount);
+    m_editor->HeaderCollection(file.headers);
+    m_editor->DelimiterAscii(file.delimiterAscii);
+    m_editor->loadGridHeader();
+    m_editor->resizeRows();
+  });
 }
 
-void EditorPage::show(const QString& heading, RowsPtr lines, const StringsPtr& headers, int columnCount,
-                      const ErrorBeansPtr& messages) {
-  m_heading->setText(heading);
-  m_rows.show(std::move(lines), headers, columnCount, messages);
-  const bool hasMessages = messages != nullptr;
-  m_messagesLabel->setVisible(hasMessages);
-  m_messages->setVisible(hasMessages);
-  m_messages->clear();
-  m_view->resizeColumnsToContents();
-  if (hasMessages) // they come first, because many columns may stand before theirs
-    m_view->horizontalHeader()->moveSection(m_view->horizontalHeader()->visualIndex(m_rows.columnCount() - 1), 0);
-  if (m_rows.rowCount() > 0 && m_rows.columnCount() > 0)
-    m_view->setCurrentIndex(m_rows.index(0, hasMessages ? m_rows.columnCount() - 1 : 0));
+void EditorPage::showErrors(const ImportFile& file, const RowsPtr& lines, const ErrorBeansPtr& messages) {
+  open(file, [&] {
+    m_editor->loadGridWithErrors(file.path, lines, messages, file.rowCount, file.columnCount, file.headers,
+                                 file.delimiterAscii);
+  });
 }
 
-void EditorPage::showMessages(const QModelIndex& current) {
-  m_messages->setPlainText(current.isValid() ? m_rows.messages(current.row()) : QString());
+void EditorPage::close() {
+  m_shown->setCurrentWidget(m_note);
+  setFocusProxy(m_note);
+}
+
+// --- What the user is asked -----------------------------------------------------------------------------------------
+
+bool EditorPage::mayDiscard() {
+  if (m_shown->currentWidget() != m_editor || contents() == m_savedContents)
+    return true;
+  return isAnsweredYes(QStringLiteral("The changes in %1 are not saved. Discard them?").arg(fileName()));
+}
+
+bool EditorPage::maySave() {
+  const FileStamp now = FileStamp::of(m_editor->fileName());
+  if (now == m_stamp || !now.exists())
+    return true;
+  return isAnsweredYes(
+      QStringLiteral("Another program changed %1 after it was opened here. Save over its changes?").arg(fileName()));
+}
+
+/// Stands for all texts of the grid.
+std::size_t EditorPage::contents() const {
+  const host::Grid& cells = m_editor->findChild<platform::QtGrid*>(QStringLiteral("MSFlexGrid1"))->cells();
+  const auto [rows, columns] = cells.size();
+  std::size_t result = static_cast<std::size_t>(rows);
+  for (int row = 1; row < rows; ++row) {
+    for (int column = 1; column < columns; ++column)
+      result = result * 31 + std::hash<std::string_view>{}(cells.text({row, column}));
+  }
+  return result;
+}
+
+QString EditorPage::fileName() const {
+  return QFileInfo(m_editor->fileName()).fileName();
 }
 
 } // namespace imex::desk

@@ -1,43 +1,64 @@
 #pragma once
 
-#include "desk/RowsModel.h"
+#include "controls/ImExFileEdit/ImExFileEdit.h"
+#include "desk/FileStamp.h"
 
 #include <QLabel>
-#include <QPlainTextEdit>
-#include <QTableView>
+#include <QStackedLayout>
 #include <QWidget>
 
 namespace imex::desk {
 
-/// Shows an import file in a table: the file that a panel wants to be edited, or a file with the messages about its
-/// lines. It is for reading only.
+/// An import file as a panel's signals describe it.
+struct ImportFile {
+  QString path;
+  Integer rowCount;    ///< lines of the file
+  Integer columnCount; ///< in the view with messages, with the messages' own
+  StringsPtr headers;
+  Integer delimiterAscii; ///< the code of the delimiter
+};
+
+/// The editor with one import file, or a note that there is none. A file that another program changed since it was
+/// opened is not saved over without a question.
 class EditorPage : public QWidget {
   Q_OBJECT
 
  public:
   explicit EditorPage(QWidget* parent = nullptr);
 
-  /// Reads the file and shows its lines. Errors of the reading pass through; what is shown then stays.
-  void edit(const QString& fileName, const StringsPtr& headers, Integer columnCount, Integer delimiterAscii);
+  /// Opens a file. Errors of the editor pass through; the page then has no file.
+  void edit(const ImportFile& file);
 
-  /// Shows a file that does not exist yet: the columns alone.
-  void create(const QString& fileName, const StringsPtr& headers, Integer columnCount);
+  /// Opens a file that does not exist yet.
+  void create(const ImportFile& file);
 
-  /// Shows lines with their messages; the last of the columns is the messages' own.
-  void showErrors(const QString& fileName, const RowsPtr& lines, const ErrorBeansPtr& messages,
-                  const StringsPtr& headers, Integer columnCount);
+  /// Opens a file with the messages about its lines.
+  void showErrors(const ImportFile& file, const RowsPtr& lines, const ErrorBeansPtr& messages);
+
+  /// Whether what is open may go: nothing in it waits to be saved, or the user, who is asked, does without it.
+  bool mayDiscard();
+
+ Q_SIGNALS:
+  /// The file was saved; it stays open.
+  void saved(const QString& path);
+
+  /// The user gave up. Nothing was written, and nothing is open any more.
+  void cancelled();
 
  private:
-  void buildLayout();
-  void show(const QString& heading, RowsPtr lines, const StringsPtr& headers, int columnCount,
-            const ErrorBeansPtr& messages);
-  void showMessages(const QModelIndex& current);
+  template <class Load>
+  void open(const ImportFile& file, Load&& load);
+  void close();
+  void connectEditor();
+  bool maySave();
+  std::size_t contents() const;
+  QString fileName() const;
 
-  RowsModel m_rows;
-  QLabel* m_heading;
-  QTableView* m_view;
-  QLabel* m_messagesLabel;
-  QPlainTextEdit* m_messages;
+  ImExFileEdit* m_editor;
+  QLabel* m_note;
+  QStackedLayout* m_shown;
+  FileStamp m_stamp;              ///< of the file when it was opened or saved
+  std::size_t m_savedContents{0}; ///< of the grid at that time
 };
 
 } // namespace imex::desk

@@ -6,6 +6,7 @@
 #include "host/MessageBox.h"
 #include "host/Services.h"
 
+#include <QCloseEvent>
 #include <QDir>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -50,10 +51,11 @@ MainWindow::MainWindow(DeskSettings& settings, Surroundings surroundings)
       m_importPanel(new ImExActionCtrl), m_documents{new DocumentPage(DocumentKind::project),
                                                      new DocumentPage(DocumentKind::quote),
                                                      new DocumentPage(DocumentKind::order)},
-      m_editor(new EditorPage), m_docs(new DocumentsPage) {
-  setWindowTitle(toQt(m_settings.title()));
+      m_editor(new EditorPage), m_docs(new DocumentsPage), m_jobLog(new ImtExViewCtrl) {
+  setWindowTitle(toQt(m_settings.displayName()));
   buildPages();
   buildMenus();
+  connectReturns();
   connectService();
   tell(QStringLiteral("Ready"));
   resize(kSize.boundedTo(screen()->availableSize() * kGreatestShare));
@@ -70,16 +72,19 @@ void MainWindow::buildPages() {
   m_importPanel->setObjectName(QStringLiteral("panelImport"));
   allowRetry(*m_importPanel);
   addPage(QStringLiteral("Import"), inScrollArea(*m_importPanel));
-  connectPanel(*m_importPanel);
+  connectPanel(Page::import);
   for (DocumentPage* page : m_documents) {
+    const Page position = static_cast<Page>(m_stack->count());
     addPage(nameOf(static_cast<DocumentKind>(m_stack->count() - 1)), inScrollArea(*page));
-    connectPanel(page->panel());
+    connectPanel(position);
     m_undo.addStack(&page->undoStack());
     connect(page, &DocumentPage::inserted, this,
             [this](int count) { tell(countOfLines(count) + QStringLiteral(" inserted")); });
   }
   addPage(QStringLiteral("Editor"), m_editor);
   addPage(QStringLiteral("Documents"), m_docs);
+  m_jobLog->setObjectName(QStringLiteral("jobLog"));
+  addPage(QStringLiteral("Job Log"), m_jobLog);
   m_list->setFixedWidth(m_list->sizeHintForColumn(0) + 2 * (m_list->frameWidth() + kListMargin));
   connect(m_list, &QListWidget::currentRowChanged, this, &MainWindow::goTo);
 
@@ -110,31 +115,56 @@ void MainWindow::addPage(const QString& name, QWidget* page) {
   m_stack->addWidget(page);
 }
 
-void MainWindow::connectPanel(ImExActionCtrl& panel) {
+void MainWindow::connectPanel(Page page) {
+  ImExActionCtrl& panel = panelOf(page);
   connect(&panel, &ImExActionCtrl::exitMaintenance, this, &QWidget::close);
-  connect(&panel, &ImExActionCtrl::showDocs, this, [this](QString& path) {
+  connect(&panel, &ImExActionCtrl::showDocs, this, [this, page](QString& path) {
     m_docs->show(path);
+    m_docsOrigin = page;
     showPage(Page::documents);
   });
+  connectEditing(page);
+}
+
+void MainWindow::connectEditing(Page page) {
+  ImExActionCtrl& panel = panelOf(page);
   connect(&panel, &ImExActionCtrl::editImportFile, this,
-          [this](QString& message, Integer&, Integer& columns, QString& file, StringsPtr& headers, Integer& delimiter) {
-            m_editor->edit(file, headers, columns, delimiter);
-            showPage(Page::editor);
-            tell(message);
+          [this, page](QString& message, Integer& rows, Integer& columns, QString& file, StringsPtr& headers,
+                       Integer& delimiter) {
+            openInEditor(page, [&] {
+              m_editor->edit({file, rows, columns, headers, delimiter});
+              tell(message);
+            });
           });
   connect(&panel, &ImExActionCtrl::newImportFile, this,
-          [this](QString& message, Integer&, Integer& columns, QString& file, StringsPtr& headers, Integer&) {
-            m_editor->create(file, headers, columns);
-            showPage(Page::editor);
-            tell(message);
+          [this, page](QString& message, Integer& rows, Integer& columns, QString& file, StringsPtr& headers,
+                       Integer& delimiter) {
+            openInEditor(page, [&] {
+              m_editor->create({file, rows, columns, headers, delimiter});
+              tell(message);
+            });
           });
   connect(&panel, &ImExActionCtrl::showErrors, this,
-          [this](QString& file, RowsPtr& lines, ErrorBeansPtr& rows, Integer&, Integer& columns, StringsPtr& headers,
-                 Integer&) {
-            m_editor->showErrors(file, lines, rows, headers, columns);
-            showPage(Page::editor);
-            tell(QStringLiteral("The messages stand beside the lines"));
+          [this, page](QString& file, RowsPtr& lines, ErrorBeansPtr& messages, Integer& rows, Integer& columns,
+                       StringsPtr& headers, Integer& delimiter) {
+            openInEditor(page, [&] {
+              m_editor->showErrors({file, rows, columns, headers, delimiter}, lines, messages);
+              tell(QStringLiteral("The messages stand beside the lines"));
+            });
           });
+}
+
+/// The way back to the panel, from where a corrected file is imported again.
+void MainWindow::connectReturns() {
+  connect(m_editor, &EditorPage::saved, this, [this](const QString& path) {
+    returnTo(m_editorOrigin);
+    tell(QStringLiteral("%1 is saved").arg(path));
+  });
+  connect(m_editor, &EditorPage::cancelled, this, [this] {
+    returnTo(m_editorOrigin);
+    tell(QStringLiteral("Nothing was saved"));
+  });
+  connect(m_docs, &DocumentsPage::closed, this, [this] { showPage(m_docsOrigin); });
 }
 
 /// The letters of the menus are those that the panel leaves free, so that Alt and a letter means one thing.
@@ -210,12 +240,33 @@ void MainWindow::prepare(Page page) {
   passSettings(panelOf(page));
 }
 
+/// Opens a file in the editor and shows it there. What waits in the editor to be saved stays, and is shown, where the
+/// user does not want to discard it.
+template <class Open>
+void MainWindow::openInEditor(Page origin, Open&& open) {
+  if (m_editor->mayDiscard()) {
+    open();
+    m_editorOrigin = origin;
+  }
+  showPage(Page::editor);
+}
+
+/// Leaves the user at the button that comes next.
+void MainWindow::returnTo(Page page) {
+  showPage(page);
+  panelOf(page).findChild<QWidget*>(QStringLiteral("cmdImportExport"))->setFocus();
+}
+
 DocumentPage& MainWindow::document(Page page) {
   return *m_documents.at(static_cast<std::size_t>(page) - static_cast<std::size_t>(Page::project));
 }
 
 ImExActionCtrl& MainWindow::panelOf(Page page) {
   return page == Page::import ? *m_importPanel : document(page).panel();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->setAccepted(m_editor->mayDiscard());
 }
 
 void MainWindow::tell(const QString& text) {

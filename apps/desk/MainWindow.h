@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/ImExActionCtrl/ImExActionCtrl.h"
+#include "controls/ImtExViewCtrl/ImtExViewCtrl.h"
 #include "desk/DeskSettings.h"
 #include "desk/DocumentPage.h"
 #include "desk/DocumentsPage.h"
@@ -20,7 +21,7 @@
 namespace imex::desk {
 
 /// The pages of the window, in the order of the list and of the keys Ctrl+1, Ctrl+2 ...
-enum class Page { import, project, quote, order, editor, documents };
+enum class Page { import, project, quote, order, editor, documents, jobLog };
 
 /// What the window finds on this machine.
 struct Surroundings {
@@ -44,6 +45,10 @@ class MainWindow : public QMainWindow {
 
   void showPage(Page page);
 
+ protected:
+  /// Asks first where something in the editor waits to be saved.
+  void closeEvent(QCloseEvent* event) override;
+
  private:
   // Construction
   void buildPages();
@@ -52,7 +57,9 @@ class MainWindow : public QMainWindow {
   void buildServiceMenu();
   QWidget* inScrollArea(QWidget& page);
   void addPage(const QString& name, QWidget* page);
-  void connectPanel(ImExActionCtrl& panel);
+  void connectPanel(Page page);
+  void connectEditing(Page page);
+  void connectReturns();
   void connectService();
 
   // Pages
@@ -60,6 +67,9 @@ class MainWindow : public QMainWindow {
   void prepare(Page page);
   bool isDocument(Page page) const { return page >= Page::project && page <= Page::order; }
   DocumentPage& document(Page page);
+  template <class Open>
+  void openInEditor(Page origin, Open&& open);
+  void returnTo(Page page);
   ImExActionCtrl& panelOf(Page page);
   void tell(const QString& text);
 
@@ -84,6 +94,9 @@ class MainWindow : public QMainWindow {
   std::array<DocumentPage*, 3> m_documents; ///< project, quote, order
   EditorPage* m_editor;
   DocumentsPage* m_docs;
+  ImtExViewCtrl* m_jobLog;
+  Page m_editorOrigin = Page::import; ///< whose panel opened what is in the editor
+  Page m_docsOrigin = Page::import;
   std::vector<Page> m_prepared; ///< whose panels have had their mode call
   QUndoGroup m_undo;
   QAction* m_startService = nullptr;

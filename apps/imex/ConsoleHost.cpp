@@ -34,6 +34,7 @@ class OptionSettings : public host::Settings, public host::Application, public h
   std::string proxyPort() const override { return m_options.proxyPort; }
   std::string installationDirectory() const override { return m_options.applicationDirectory; }
   std::string path() const override { return m_options.applicationDirectory; }
+  std::string displayName() const override { return m_options.title; }
   std::string name() const override { return m_options.userName; }
   std::string id() const override { return m_options.userId; }
 

@@ -11,6 +11,9 @@ class Application {
 
   /// The application directory, without a separator at its end. Its "docs" folder holds the format files.
   virtual std::string path() const = 0;
+
+  /// The application's title, as its windows show it.
+  virtual std::string displayName() const { return "Corvana"; }
 };
 
 } // namespace imex::host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -28,10 +29,22 @@ class HttpTransport {
   /// Posts `text` to `endpoint` and waits for the whole answer.
   virtual void send(std::string_view endpoint, std::string_view text) = 0;
 
+  /// Posts the text that the parts make in this order, as send() does. Where the parts need not be joined for that,
+  /// they are not.
+  virtual void sendParts(std::string_view endpoint, std::span<const std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts)
+      text += part;
+    send(endpoint, text);
+  }
+
   /// The body of the answer to the last send(), in `encoding` ("UTF-8") where the HTTP headers say what it is in; where
   /// they do not, as it came, because it declares its encoding itself. Error 5 where the last send() failed, and for
   /// another encoding.
   virtual std::string Receive(std::string_view encoding) = 0;
+
+  /// The same for the last time: the transport need not keep the body, and Receive() may then fail with error 5.
+  virtual std::string takeAnswer(std::string_view encoding) { return Receive(encoding); }
 };
 
 } // namespace imex::host

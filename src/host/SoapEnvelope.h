@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/HttpTransport.h"
 #include "host/SoapNode.h"
 
 #include <cstddef>
@@ -29,10 +30,19 @@ class SoapEnvelope {
   /// The message as text, UTF-8 with an XML declaration. Error 5 where it has no method.
   virtual std::string serialise() const = 0;
 
+  /// Posts the message: what serialise() gives goes to the transport. Where its text need not be copied for that, it is
+  /// not.
+  virtual void post(HttpTransport& transport, std::string_view endpoint) const {
+    transport.send(endpoint, serialise());
+  }
+
   /// Replaces the message by an answer. `encoding` names the encoding of `data`; empty means what the data itself
   /// declares. Error 1005 for data that is no SOAP message, 1006 for a SOAP fault (the description is the fault text);
   /// the message is then empty.
   virtual void parse(std::string_view data, std::string_view encoding) = 0;
+
+  /// The same with an answer that the message may keep.
+  virtual void take(std::string data, std::string_view encoding) { parse(data, encoding); }
 
   /// The parameter of the answer at `position`, counted from 0. Error 9 outside.
   virtual SoapNode& parameter(std::size_t position) = 0;

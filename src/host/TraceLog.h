@@ -25,6 +25,9 @@ class TraceLog {
   /// Records a caught error after which the procedure goes on.
   virtual void LogResumedError(std::string_view source, std::string_view procedure, const RuntimeError& error,
                                std::int32_t line) = 0;
+
+  /// Whether Trace() does anything. A log that keeps errors alone says no, and is then told of nothing else.
+  virtual bool takesTraces() const { return true; }
 };
 
 } // namespace imex::host

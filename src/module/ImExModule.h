@@ -64,6 +64,9 @@ class InputFile {
   /// As TextReader::readLine().
   bool readLine(std::string_view& line) { return m_reader.readLine(line); }
 
+  /// As TextReader::encoding().
+  Encoding encoding() { return m_reader.encoding(); }
+
  private:
   int m_number;
   TextReader& m_reader;

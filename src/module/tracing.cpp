@@ -10,6 +10,11 @@ void ShowBox::operator()(const CaughtError& error) const {
   host::required(host::services().messageBox).show(text, host::kExclamationStyle, error.title());
 }
 
+bool isTracing() {
+  const host::TraceLog* log = host::traceLog();
+  return log != nullptr && log->takesTraces();
+}
+
 namespace detail {
 
 namespace {

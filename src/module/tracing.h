@@ -66,6 +66,9 @@ struct ShowBox {
   void operator()(const CaughtError& error) const;
 };
 
+/// Whether a trace log is there that takes the entry and exit lines of procedures.
+bool isTracing();
+
 namespace detail {
 
 void trace(const Procedure& procedure, std::string_view text, std::string_view message);
@@ -105,10 +108,12 @@ std::invoke_result_t<Body> guarded(const Procedure& procedure, Body&& body, Endi
 }
 
 /// Runs a procedure's body between its two trace lines and lets its errors out. The lines carry the text that
-/// `makeText` gives; without a trace log it is not made.
+/// `makeText` gives; where nobody takes them it is not made.
 template <class MakeText, class Body>
 std::invoke_result_t<Body> betweenTraces(const Procedure& procedure, MakeText&& makeText, Body&& body) {
-  const std::string text = host::traceLog() != nullptr ? std::string(makeText()) : std::string();
+  if (!isTracing())
+    return std::forward<Body>(body)();
+  const std::string text(makeText());
   detail::trace(procedure, text, "Entering Method...");
   if constexpr (std::is_void_v<std::invoke_result_t<Body>>) {
     std::forward<Body>(body)();

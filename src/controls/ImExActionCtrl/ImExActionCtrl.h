@@ -179,6 +179,7 @@ class ImExActionCtrl : public QWidget {
   void importToServer();
   void importToHost();
   void restoreImport();
+  bool isFocusUnclaimed() const;
   void cmdViewErrors_Click();
   void cmdExit_Click();
   bool clientToServerTaskReady();

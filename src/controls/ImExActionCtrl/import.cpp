@@ -95,8 +95,14 @@ void ImExActionCtrl::importToServer() {
   if (!self)
     throw LeaveEarly();
   restoreImport();
-  if (hadFocus)
+  if (hadFocus && isFocusUnclaimed())
     m_ui->cmdImportExport->setFocus();
+}
+
+/// Whether the focus is where the disabled button left it. A handler may have moved it, to an editor with the messages.
+bool ImExActionCtrl::isFocusUnclaimed() const {
+  const QWidget* focus = window()->focusWidget();
+  return isVisible() && (focus == nullptr || isAncestorOf(focus));
 }
 
 void ImExActionCtrl::restoreImport() {

@@ -2,6 +2,9 @@
 
 #include "ControlEntry.h"
 #include "controls/ImExActionCtrl/ImExActionCtrl.h"
+#include "controls/ImExDocView/ImExDocView.h"
+#include "controls/ImExFileEdit/ImExFileEdit.h"
+#include "controls/ImtExViewCtrl/ImtExViewCtrl.h"
 
 namespace imex::designer {
 
@@ -14,6 +17,9 @@ void ControlCollection::add(const QString& name, const QString& toolTip) {
 
 ControlCollection::ControlCollection(QObject* parent) : QObject(parent) {
   add<ImExActionCtrl>(QStringLiteral("ImExActionCtrl"), QStringLiteral("The panel that runs one import"));
+  add<ImExDocView>(QStringLiteral("ImExDocView"), QStringLiteral("The viewer that shows one document"));
+  add<ImExFileEdit>(QStringLiteral("ImExFileEdit"), QStringLiteral("The editor of an import file"));
+  add<ImtExViewCtrl>(QStringLiteral("ImtExViewCtrl"), QStringLiteral("The list of import and export jobs"));
 }
 
 } // namespace imex::designer

@@ -46,7 +46,7 @@ TEST_F(DeskSettingsTest, defaults) {
   EXPECT_EQ((SettingValues{"", "", 30000, "", "ann", "ann", false}), made.values());
   EXPECT_EQ("/sample", made.path());
   EXPECT_EQ("/sample", made.installationDirectory());
-  EXPECT_EQ("Corvana", made.title());
+  EXPECT_EQ("Corvana", made.displayName());
   EXPECT_EQ("", made.traceFile());
 }
 
@@ -76,7 +76,7 @@ TEST_F(DeskSettingsTest, savingKeepsWhatIsNotOfTheDialog) {
       folder.read("a/b/desk.ini")
           .starts_with("; mine\n[application]\ndirectory = /opt/corvana\ntitle = Our Corvana\n[other]\nkey = 1\n"));
   made.load();
-  EXPECT_EQ("Our Corvana", made.title());
+  EXPECT_EQ("Our Corvana", made.displayName());
   EXPECT_EQ("/opt/corvana", made.path());
 }
 
@@ -84,7 +84,7 @@ TEST_F(DeskSettingsTest, savingKeepsTheTextOfAWindows1252File) {
   DeskSettings made = loaded("[application]\ntitle = Caf\xE9\n");
   made.save(kValues);
   made.load();
-  EXPECT_EQ("Caf\xC3\xA9", made.title());
+  EXPECT_EQ("Caf\xC3\xA9", made.displayName());
   EXPECT_EQ(kValues, made.values());
 }
 

@@ -6,6 +6,8 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QStatusBar>
+#include <QWebEnginePage>
+#include <QWebEngineView>
 
 #include <filesystem>
 #include <utility>
@@ -83,8 +85,22 @@ QString DeskTest::statusText() {
   return window->statusBar()->currentMessage();
 }
 
-void DeskTest::press(ImExActionCtrl& panel, const char* button) {
-  QTest::mouseClick(&child<QAbstractButton>(panel, button), Qt::LeftButton);
+void DeskTest::press(QWidget& control, const char* button) {
+  QTest::mouseClick(&child<QAbstractButton>(control, button), Qt::LeftButton);
+}
+
+std::string DeskTest::documentText(const std::string& expected) {
+  constexpr int kGreatestWait = 60'000;              // milliseconds; only a failing test waits so long
+  const auto text = std::make_shared<std::string>(); // an answer may come when nobody waits for it any more
+  const bool isShown = QTest::qWaitFor(
+      [&] {
+        if (const auto* view = child<ImExDocView>("documentView").findChild<QWebEngineView*>())
+          view->page()->toPlainText([text](const QString& answer) { *text = answer.toStdString(); });
+        return text->find(expected) != std::string::npos;
+      },
+      kGreatestWait);
+  EXPECT_TRUE(isShown) << "the document does not say: " << expected;
+  return *text;
 }
 
 std::string DeskTest::sample(const std::string& name) {

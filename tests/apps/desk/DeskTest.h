@@ -3,6 +3,7 @@
 #include "desk/DeskHost.h"
 #include "desk/DeskSettings.h"
 #include "desk/MainWindow.h"
+#include "platform/qt/QtGrid.h"
 #include "support/QtTest.h"
 #include "support/TemporaryFolder.h"
 
@@ -78,14 +79,23 @@ class DeskTest : public testing::Test {
   QString pageName();
   QString statusText();
 
-  /// Presses a button of a panel with the mouse.
-  void press(ImExActionCtrl& panel, const char* button);
+  /// Presses a button of a control with the mouse.
+  void press(QWidget& control, const char* button);
 
   /// Copies a sample file into the folder and returns its path.
   std::string sample(const std::string& name);
 
   /// Types the path of a file into a panel.
   void typePath(ImExActionCtrl& panel, const std::string& path);
+
+  /// The grid of the editor.
+  platform::QtGrid& grid() { return child<platform::QtGrid>(child<ImExFileEdit>("editor"), "MSFlexGrid1"); }
+
+  /// A cell of it; row 0 has the titles.
+  std::string cell(int row, int column) { return std::string(grid().cells().text({row, column})); }
+
+  /// What the document that is shown says, once it says `expected`.
+  std::string documentText(const std::string& expected);
 
   /// Presses a key in the widget that has the focus.
   static void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);

@@ -61,8 +61,8 @@ TEST_F(DeskMainWindow, startsOnTheImportPage) {
 
 TEST_F(DeskMainWindow, everyPageIsReachedWithAKey) {
   open();
-  const Texts names = {"Import", "Project", "Quote", "Order", "Editor", "Documents"};
-  for (int page = 6; page >= 1; --page) {
+  const Texts names = {"Import", "Project", "Quote", "Order", "Editor", "Documents", "Job Log"};
+  for (int page = 7; page >= 1; --page) {
     go(page);
     EXPECT_EQ(names[static_cast<std::size_t>(page) - 1], toCore(pageName()));
   }
@@ -139,7 +139,18 @@ TEST_F(DeskMainWindow, specificationsAreShownAsAPage) {
   open();
   press(panel("panelImport"), "cmdViewDocumentation");
   EXPECT_EQ(QStringLiteral("Documents"), pageName());
-  EXPECT_THAT(toCore(child<PageBrowser>("browser").toPlainText()), testing::HasSubstr("Customer Code"));
+  documentText("Customer Code");
+  press(child<ImExDocView>("documentView"), "cmdOK");
+  EXPECT_EQ(QStringLiteral("Import"), pageName());
+}
+
+TEST_F(DeskMainWindow, documentReturnsToThePageThatShowedIt) {
+  open();
+  go(3);
+  press(panel("panelQuote"), "cmdViewDocumentation");
+  EXPECT_EQ(QStringLiteral("Documents"), pageName());
+  press(child<ImExDocView>("documentView"), "cmdOK");
+  EXPECT_EQ(QStringLiteral("Quote"), pageName());
 }
 
 TEST_F(DeskMainWindow, resultsThatAreMissingAreToldByThePanel) {
@@ -148,33 +159,12 @@ TEST_F(DeskMainWindow, resultsThatAreMissingAreToldByThePanel) {
   key(Qt::Key_Return);
   dialogs.expectBox();
   press(panel("panelImport"), "cmdViewErrors");
-  EXPECT_EQ(Texts{"Error Number: 53 - File not found: An error was encountered while attempting to view the import "
-                  "results file " +
-                  (folder / "validationresults.html") + " using your Internet Browser."},
+  const std::string page = folder / "validationresults.html";
+  EXPECT_EQ(Texts{"Error Number: 53 - File not found: " + page +
+                  ": An error was encountered while attempting to view the import results file " + page +
+                  " using your Internet Browser."},
             dialogs.boxes);
   EXPECT_EQ(QStringLiteral("Import"), pageName());
-}
-
-TEST_F(DeskMainWindow, editShowsTheRowsOfTheFile) {
-  open();
-  typePath(panel("panelImport"), sample("customers-agent.txt"));
-  press(panel("panelImport"), "cmdEditFile");
-  EXPECT_EQ(QStringLiteral("Editor"), pageName());
-  EXPECT_EQ(QStringLiteral("Import file opened for edit."), statusText());
-  const QAbstractItemModel& rows = table(*window, "rows");
-  EXPECT_EQ(10, rows.rowCount());
-  EXPECT_EQ(20, rows.columnCount());
-  EXPECT_EQ(QStringLiteral("Customer Code"), rows.headerData(0, Qt::Horizontal).toString());
-  EXPECT_FALSE(child<QPlainTextEdit>("messages").isVisible());
-}
-
-TEST_F(DeskMainWindow, newShowsTheColumnsOfAFileToBe) {
-  open();
-  press(panel("panelImport"), "btnNew");
-  EXPECT_EQ(QStringLiteral("Editor"), pageName());
-  const QAbstractItemModel& rows = table(*window, "rows");
-  EXPECT_EQ(0, rows.rowCount());
-  EXPECT_EQ(20, rows.columnCount());
 }
 
 TEST_F(DeskMainWindow, templateGoesToTheClipboard) {
@@ -246,33 +236,10 @@ TEST_F(DeskMainWindow, brokenLineItemsAreShownWithTheirMessagesAndNotInserted) {
   typePath(panel("panelOrder"), sample("order-items-broken.txt"));
   press(panel("panelOrder"), "cmdImportExport");
   EXPECT_EQ(QStringLiteral("Editor"), pageName());
-  const QAbstractItemModel& rows = table(*window, "rows");
-  ASSERT_EQ(8, rows.rowCount());
-  ASSERT_EQ(7, rows.columnCount());
-  EXPECT_EQ("", rowTexts(rows, 0).back());
-  EXPECT_EQ("Field Quantity cannot be negative.", rowTexts(rows, 2).back());
+  EXPECT_EQ((host::GridSize{9, 8}), grid().cells().size());
+  EXPECT_EQ("", cell(1, 7));
+  EXPECT_EQ("Field Quantity cannot be negative.\r\n", cell(3, 7));
   EXPECT_EQ(0, table(pageOf("panelOrder"), "lineItems").rowCount());
-
-  auto& view = child<QTableView>("rows");
-  EXPECT_EQ(0, view.horizontalHeader()->visualIndex(6)); // the messages come first
-  view.setFocus();
-  key(Qt::Key_Down);
-  key(Qt::Key_Down);
-  EXPECT_EQ(QStringLiteral("Field Quantity cannot be negative."), child<QPlainTextEdit>("messages").toPlainText());
-}
-
-TEST_F(DeskMainWindow, editAfterErrorsShowsNoMessages) {
-  open();
-  go(4);
-  typePath(panel("panelOrder"), sample("order-items-broken.txt"));
-  press(panel("panelOrder"), "cmdImportExport");
-  go(4);
-  press(panel("panelOrder"), "cmdEditFile");
-  const auto& view = child<QTableView>("rows");
-  EXPECT_EQ(6, view.model()->columnCount());
-  for (int column = 0; column < 6; ++column)
-    EXPECT_EQ(column, view.horizontalHeader()->visualIndex(column));
-  EXPECT_FALSE(child<QPlainTextEdit>("messages").isVisible());
 }
 
 // --- Settings -------------------------------------------------------------------------------------------------------

@@ -1,7 +1,9 @@
 #include "DeskTest.h"
 
 #include "controls/common/text.h"
+#include "runtime/text.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QPlainTextEdit>
 
@@ -39,10 +41,8 @@ class DeskLiveService : public DeskTest {
     EXPECT_EQ(toQt(path), child<QLineEdit>(panel("panelImport"), "txtFilePath").text());
   }
 
-  std::string verdict(int line) {
-    const std::vector<std::string> texts = rowTexts(*child<QTableView>("rows").model(), line - 1);
-    return texts.empty() ? "(no line)" : texts.back();
-  }
+  /// The messages beside a line.
+  std::string verdict(int line) { return cell(line, grid().cells().size().columns - 1); }
 
   std::string panelStatus() {
     return toCore(child<QPlainTextEdit>(panel("panelImport"), "txtValidationResults").toPlainText());
@@ -61,9 +61,9 @@ TEST_F(DeskLiveService, firstImportNeedsNoConfiguration) {
   press(panel("panelImport"), "cmdImportExport");
 
   EXPECT_EQ(QStringLiteral("Editor"), pageName());
-  ASSERT_EQ(10, child<QTableView>("rows").model()->rowCount());
+  ASSERT_EQ(11, grid().cells().size().rows);
   for (int line = 1; line <= 10; ++line)
-    EXPECT_EQ("Import successful for this line.", verdict(line));
+    EXPECT_EQ("Import successful for this line.\r\n", verdict(line));
   EXPECT_THAT(folder.read("validationresults.html"), testing::HasSubstr("Import successful for this line."));
   EXPECT_TRUE(std::filesystem::exists(folder / "data/import-service.db"));
 
@@ -71,31 +71,46 @@ TEST_F(DeskLiveService, firstImportNeedsNoConfiguration) {
   EXPECT_NE("", panelStatus());
   press(panel("panelImport"), "cmdViewErrors");
   EXPECT_EQ(QStringLiteral("Documents"), pageName());
-  EXPECT_THAT(toCore(child<PageBrowser>("browser").toPlainText()),
-              testing::HasSubstr("LINE # : 10 STATUS : Import successful for this line."));
+  documentText("LINE # : 10 STATUS : Import successful for this line.");
 }
 
-TEST_F(DeskLiveService, brokenFileIsCorrectedAndImportedAgain) {
+/// From the messages to the accepted file with the keyboard alone.
+TEST_F(DeskLiveService, brokenFileIsCorrectedInTheEditorAndImportedAgain) {
   open();
   startService();
-  const std::string path = sample("customers-agent-broken.txt");
-  browse(path);
+  const std::string good = imex::test::readFile(sample("customers-agent.txt"));
+  std::string bad = good;
+  bad.erase(0, good.find('\t'));
+  browse(folder.write("customers.txt", bad));
   press(panel("panelImport"), "cmdImportExport");
 
-  const std::string failed = "Import failed for this line due to errors and/or warnings on line(s): 2,4,5,7,8,8";
-  ASSERT_EQ(8, child<QTableView>("rows").model()->rowCount());
-  EXPECT_EQ(failed, verdict(1));
-  EXPECT_EQ(failed + "; Error : Customer Code is required but is empty.", verdict(4));
-  EXPECT_EQ(failed + "; Error : Credit Limit must be a number, not \"OPEN\".", verdict(5));
+  EXPECT_EQ(QStringLiteral("Editor"), pageName());
+  EXPECT_THAT(verdict(1), testing::HasSubstr("Error : Customer Code is required but is empty.\r\n"));
   EXPECT_THAT(folder.read("validationresults.html"), testing::HasSubstr("ERROR   : "));
+  activate();
+  QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("FENRIDGE"));
+  QTest::keyClick(window.get(), Qt::Key_S, Qt::AltModifier); // the button is seen to go down before it is clicked
+  ASSERT_TRUE(QTest::qWaitFor([&] { return pageName() == QStringLiteral("Import"); }));
+  EXPECT_EQ(upperCase(good), folder.read("customers.txt")); // the lines are shown as they were sent
 
-  std::filesystem::copy_file(sample("customers-agent.txt"), path, std::filesystem::copy_options::overwrite_existing);
-  goToImport();
-  press(panel("panelImport"), "cmdImportExport");
-  ASSERT_EQ(10, child<QTableView>("rows").model()->rowCount());
+  key(Qt::Key_Space); // on the Import button
+  EXPECT_EQ(QStringLiteral("Editor"), pageName());
   for (int line = 1; line <= 10; ++line)
-    EXPECT_EQ("Import successful for this line.", verdict(line));
+    EXPECT_EQ("Import successful for this line.\r\n", verdict(line));
   EXPECT_THAT(folder.read("validationresults.html"), testing::Not(testing::HasSubstr("ERROR   : ")));
+}
+
+/// What is beside the lines is what the service said.
+TEST_F(DeskLiveService, messagesStandBesideTheirLines) {
+  open();
+  startService();
+  browse(sample("customers-agent-broken.txt"));
+  press(panel("panelImport"), "cmdImportExport");
+  ASSERT_EQ(9, grid().cells().size().rows);
+  const std::string failed = "Import failed for this line due to errors and/or warnings on line(s): 2,4,5,7,8,8\r\n";
+  EXPECT_EQ(failed, verdict(1));
+  EXPECT_EQ(failed + "Error : Customer Code is required but is empty.\r\n", verdict(4));
+  EXPECT_EQ(failed + "Error : Credit Limit must be a number, not \"OPEN\".\r\n", verdict(5));
 }
 
 TEST_F(DeskLiveService, serviceKnowsTheUserAlsoAfterTheIdentifierWasChanged) {
@@ -111,7 +126,7 @@ TEST_F(DeskLiveService, serviceKnowsTheUserAlsoAfterTheIdentifierWasChanged) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return !settings.securedAddress().empty(); }, kGreatestWait));
   browse(sample("customers-agent.txt"));
   press(panel("panelImport"), "cmdImportExport");
-  EXPECT_EQ("Import successful for this line.", verdict(1));
+  EXPECT_EQ("Import successful for this line.\r\n", verdict(1));
 }
 
 TEST_F(DeskLiveService, stoppedServiceIsToldByThePanel) {

@@ -1,0 +1,82 @@
+#include "controls/ImExFileEdit/ImExFileEdit.h"
+#include "controls/ImExFileEdit/SavedLines.h"
+#include "controls/ImExFileEdit/namedFile.h"
+#include "controls/ImExFileEdit/savedLine.h"
+#include "host/Application.h"
+#include "host/MessageBox.h"
+#include "host/Services.h"
+#include "module/ImExModule.h"
+#include "runtime/text.h"
+
+namespace imex {
+
+namespace {
+
+constexpr std::string_view kNoData = "There is no data to save. Please select Cancel instead.";
+constexpr std::string_view kSaveFailed =
+    "An error has occurred while attempting to save an edited import file. If you have the file open in another "
+    "application, close the file within the other application and try to save again.";
+
+void tellOfNoData() {
+  const std::string title = host::required(host::services().application).displayName();
+  host::required(host::services().messageBox).show(kNoData, host::kInformationStyle, title);
+}
+
+} // namespace
+
+/// A host may let the control go when it hears that the file was saved, so nothing comes after that.
+void ImExFileEdit::cmdOK_Click() {
+  handler("cmdOK_Click", kSaveFailed, [&] {
+    if (hasNothingToSave()) {
+      tellOfNoData();
+      throw LeaveEarly();
+    }
+    namingFile(m_fileName, [&] { requireEncodable(); });
+    bool isAllowed = true;
+    Q_EMIT saving(isAllowed);
+    if (!isAllowed)
+      throw LeaveEarly();
+    namingFile(m_fileName, [&] { writeFile(); });
+    Q_EMIT saved();
+  });
+}
+
+/// A grid of one record, which is blank in every column, or of none.
+bool ImExFileEdit::hasNothingToSave() const {
+  constexpr int kOneRecord = 2;
+  const host::GridSize size = grid().size();
+  if (size.rows > kOneRecord)
+    return false;
+  bool hasText = false;
+  for (int column = 1; size.rows == kOneRecord && column < size.columns; ++column)
+    hasText = hasText || !isBlank(grid().text({1, column}));
+  return !hasText;
+}
+
+/// Neither the row numbers nor the messages are part of the file.
+int ImExFileEdit::savedFields() const {
+  return grid().size().columns - (m_isErrorsView ? 2 : 1);
+}
+
+/// Error 5 for a character that the file's encoding lacks, before the file is touched. UTF-8 has them all.
+void ImExFileEdit::requireEncodable() const {
+  if (m_encoding != Encoding::windows1252)
+    return;
+  SavedLines lines(grid(), savedFields(), character(m_delimiterAscii));
+  std::string_view line;
+  while (lines.next(line)) {
+    if (!canEncode(line, m_encoding))
+      throw RuntimeError(ErrorNumber::invalidProcedureCall, "ImExFileEdit");
+  }
+}
+
+void ImExFileEdit::writeFile() const {
+  SavedLines lines(grid(), savedFields(), character(m_delimiterAscii));
+  ImExModule::OutputFile file(m_fileName, m_encoding);
+  std::string_view line;
+  while (lines.next(line))
+    file.writeLine(line);
+  file.close();
+}
+
+} // namespace imex
