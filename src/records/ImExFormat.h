@@ -37,6 +37,9 @@ class ImExFormat {
   /// Whether all texts of the record are ASCII. No accessor of the host's interface, so it is not traced.
   friend bool isAscii(const ImExFormat& format);
 
+  /// The line itself, without a trace as well.
+  friend const std::string& lineOf(const ImExFormat& format) { return format.m_line; }
+
  private:
   Integer m_lineNumber;
   std::string m_line;
@@ -44,5 +47,11 @@ class ImExFormat {
 };
 
 bool isAscii(const ImExFormat& format);
+const std::string& lineOf(const ImExFormat& format);
+
+/// Whether there is no text in the list. A list that was never used need not be made for that.
+inline bool isEmpty(const StringsPtr& texts) {
+  return !texts || texts->isEmpty();
+}
 
 } // namespace imex

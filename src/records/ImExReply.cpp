@@ -22,9 +22,13 @@ std::string textOf(host::SoapNode& parent, std::string_view name) {
 Boolean booleanOf(host::SoapNode& parent, std::string_view name) {
   const std::string text = textOf(parent, name);
   const std::string_view word = trimmed(text);
-  if (equalsIgnoringCase(word, "true") || word == "1")
+  if (word == "true" || word == "1") // how a service mostly writes it
     return true;
-  if (equalsIgnoringCase(word, "false") || word == "0")
+  if (word == "false" || word == "0")
+    return false;
+  if (equalsIgnoringCase(word, "true"))
+    return true;
+  if (equalsIgnoringCase(word, "false"))
     return false;
   throw RuntimeError(ErrorNumber::typeMismatch, kSource);
 }
@@ -97,7 +101,7 @@ void ImExReply::processReply(host::SoapNode& aReply) {
 }
 
 void ImExReply::addResult(host::SoapNode& result) {
-  const auto format = std::make_shared<ImExFormat>();
+  auto format = std::make_shared<ImExFormat>();
   format->ActionSuccessful(booleanOf(result, "isIuccessful"));
   format->Line(textOf(result, "line"));
   format->LineNumber(integerOf(result, "lineNumber"));
@@ -113,7 +117,7 @@ void ImExReply::addResult(host::SoapNode& result) {
       ++intTotalErrorsAndWarnings;
     });
   }
-  ImExFormats()->add(format);
+  ImExFormats()->add(std::move(format));
 }
 
 } // namespace imex

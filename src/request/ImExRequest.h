@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,8 @@ namespace host {
 class HttpTransport;
 class SoapEnvelope;
 } // namespace host
+
+class SentLines;
 
 using RowsPtr = CollectionPtr<StringsPtr>;
 using ErrorBeansPtr = CollectionPtr<std::shared_ptr<ImportExportErrorBean>>;
@@ -202,10 +205,12 @@ class ImExRequest {
   FileReading addImportLines(const AddLine& addLine);
   FileReading readFile(std::string_view procedure, const AddLine& addLine);
   void readLines(FileReading& reading, const AddLine& addLine);
+  bool isGood(std::string_view line, Strings& errors);
   void askToCorrect(const Strings& errors);
   void raiseEditImportFile();
 
   // The road of send()
+  SentLines& sentLines(std::optional<SentLines>& sent, std::string_view origin) const;
   std::shared_ptr<host::RequestInformation> requestInformation();
   void callService(const host::ImportBean& bean);
 
@@ -219,10 +224,12 @@ class ImExRequest {
 
   // The answer
   void mergeLineResults();
+  bool areRowsSeen() const;
+  bool isHardToSplit(const ImExFormat& format) const;
   void writeResultsReport();
   std::string resultsPagePath() const;
   std::string failureList();
-  void addRows(ImExFormat& format, const std::string& failures, ErrorBeansPtr& errors, RowsPtr& lines);
+  void addRows(const ImExFormat& format, const std::string& failures, ErrorBeansPtr& errors, RowsPtr& lines);
 
   void checkFields(Strings& findings);
 

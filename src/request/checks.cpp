@@ -2,6 +2,7 @@
 
 #include "module/ImExModule.h"
 #include "module/tracing.h"
+#include "request/LineCheck.h"
 #include "request/shared.h"
 #include "runtime/text.h"
 
@@ -69,7 +70,22 @@ std::string wrongFieldCount(Integer expectedFields) {
          "Opening the file within the editor and saving will correct the error.";
 }
 
+std::uint64_t bitsOf(std::span<const RequiredField> fields) {
+  std::uint64_t bits = 0;
+  for (const RequiredField& field : fields)
+    bits |= std::uint64_t{1} << static_cast<unsigned>(field.position);
+  return bits;
+}
+
 } // namespace
+
+std::uint64_t requiredFields(std::string_view dataType, std::string_view dataOrigin) {
+  if (dataOrigin != "AGENT")
+    return 0;
+  if (dataType == "CUSTOMER")
+    return bitsOf(kCustomerFields);
+  return dataType == "PRODUCT" ? bitsOf(kProductFields) : 0;
+}
 
 StringsPtr ImExRequest::simpleClientValidation(std::string_view line, Integer delimiterAscii, Integer expectedFields) {
   const auto findings = std::make_shared<Strings>();

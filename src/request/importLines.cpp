@@ -40,13 +40,23 @@ bool areLinesSent(std::string_view dataType, std::string_view dataOrigin, Road r
   return format != nullptr && (road == Road::instant || format->isOnSendRoad);
 }
 
+SentLines::SentLines(std::string_view dataType, std::string_view dataOrigin, Integer delimiterAscii)
+    : m_delimiter(character(delimiterAscii)) {
+  const SentFormat* format = find(dataType, dataOrigin);
+  m_isWithoutQuotes = format != nullptr && format->isWithoutQuotes;
+}
+
+std::string_view SentLines::asSent(std::string_view line) {
+  m_line.clear();
+  appendUpperCase(m_line, line);
+  if (m_isWithoutQuotes)
+    std::erase_if(m_line, [](char c) { return c == '\'' || c == '"'; });
+  return m_line += m_delimiter;
+}
+
 std::string lineAsSent(std::string_view line, std::string_view dataType, std::string_view dataOrigin,
                        Integer delimiterAscii) {
-  const SentFormat* format = find(dataType, dataOrigin);
-  std::string text = upperCase(line);
-  if (format != nullptr && format->isWithoutQuotes)
-    text = without(text, "'\"");
-  return text + character(delimiterAscii);
+  return std::string(SentLines(dataType, dataOrigin, delimiterAscii).asSent(line));
 }
 
 } // namespace imex

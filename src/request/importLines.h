@@ -22,4 +22,19 @@ bool areLinesSent(std::string_view dataType, std::string_view dataOrigin, Road r
 std::string lineAsSent(std::string_view line, std::string_view dataType, std::string_view dataOrigin,
                        Integer delimiterAscii);
 
+/// Makes many lines of one file as they are sent, as lineAsSent() does, in one place of memory.
+class SentLines {
+ public:
+  /// Error 5 for a delimiter that is no character.
+  SentLines(std::string_view dataType, std::string_view dataOrigin, Integer delimiterAscii);
+
+  /// The text is valid until the next call.
+  std::string_view asSent(std::string_view line);
+
+ private:
+  bool m_isWithoutQuotes;
+  std::string m_delimiter;
+  std::string m_line;
+};
+
 } // namespace imex

@@ -6,6 +6,7 @@
 #include "request/shared.h"
 
 #include <memory>
+#include <utility>
 
 namespace imex {
 
@@ -17,6 +18,14 @@ constexpr std::string_view kSource = "ImExRequest";
 constexpr int kGreatestAnswerInEditor = 1000;
 
 constexpr std::string_view kCommentsColumn = "Comments";
+
+void addTexts(Collection<std::shared_ptr<ImportExportErrorBean>>& rows, Integer number, const std::string& label,
+              const StringsPtr& texts) {
+  if (isEmpty(texts))
+    return;
+  for (const std::string& text : *texts)
+    addErrorRow(rows, number, label + text);
+}
 
 } // namespace
 
@@ -38,26 +47,35 @@ void ImExRequest::Deserialize(host::SoapNode& resultNode) {
 std::string ImExRequest::failureList() {
   FailureList failures;
   for (const ImExFormatPtr& format : *m_currentReply->ImExFormats()) {
-    if (!AllowWarnings() && !format->Warnings()->isEmpty() && !failures.add(format->LineNumber()))
+    if (!AllowWarnings() && !isEmpty(format->cWarnings) && !failures.add(format->LineNumber()))
       break;
-    if (!format->errors()->isEmpty() && !failures.add(format->LineNumber()))
+    if (!isEmpty(format->cErrors) && !failures.add(format->LineNumber()))
       break;
   }
   return failures.text();
 }
 
 /// The messages and the fields of one line.
-void ImExRequest::addRows(ImExFormat& format, const std::string& failures, ErrorBeansPtr& errors, RowsPtr& lines) {
+void ImExRequest::addRows(const ImExFormat& format, const std::string& failures, ErrorBeansPtr& errors,
+                          RowsPtr& lines) {
   const Integer number = format.LineNumber();
   addErrorRow(*errors, number,
               format.ActionSuccessful()
                   ? "Import successful for this line."
                   : "Import failed for this line due to errors and/or warnings on line(s): " + failures);
-  for (const std::string& text : *format.errors())
-    addErrorRow(*errors, number, "Error : " + text);
-  for (const std::string& text : *format.Warnings())
-    addErrorRow(*errors, number, "Warning : " + text);
+  addTexts(*errors, number, "Error : ", format.cErrors);
+  addTexts(*errors, number, "Warning : ", format.cWarnings);
   lines->add(ImExModule::Parse(format.Line(), DelimiterAscii()));
+}
+
+/// Whether somebody takes the rows, or the trace of their making.
+bool ImExRequest::areRowsSeen() const {
+  return showErrors.hasHandlers() || isTracing();
+}
+
+/// Whether the splitting of the line may fail, so that it is done although nobody takes the fields.
+bool ImExRequest::isHardToSplit(const ImExFormat& format) const {
+  return m_delimiterAscii < 0 || std::cmp_greater(lineOf(format).size(), Integer::kMax);
 }
 
 void ImExRequest::mergeLineResults() {
@@ -67,8 +85,11 @@ void ImExRequest::mergeLineResults() {
         const std::string failures = failureList();
         auto errors = std::make_shared<Collection<std::shared_ptr<ImportExportErrorBean>>>();
         auto lines = std::make_shared<Collection<StringsPtr>>();
-        for (const ImExFormatPtr& format : *m_currentReply->ImExFormats())
-          addRows(*format, failures, errors, lines);
+        const ImExFormatsPtr formats = m_currentReply->ImExFormats();
+        for (const ImExFormatPtr& format : *formats) {
+          if (areRowsSeen() || isHardToSplit(*format))
+            addRows(*format, failures, errors, lines);
+        }
         StringsPtr headers = ImExModule::getFormatColumns(formatKey());
         if (!headers)
           throw RuntimeError(ErrorNumber::objectVariableNotSet, kSource);
@@ -77,7 +98,7 @@ void ImExRequest::mergeLineResults() {
         writeResultsReport();
 
         std::string fileName = CheckedFileName();
-        Integer rows = lines->count();
+        Integer rows = formats->count();
         Integer columns = tabCount() + 1;
         Integer delimiter = DelimiterAscii();
         showErrors.raise(fileName, lines, errors, rows, columns, headers, delimiter);

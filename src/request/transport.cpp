@@ -84,15 +84,21 @@ void ImExRequest::send() {
   const std::string origin = DataOrigin();
   const bool sendsLines = areLinesSent(m_dataType, origin, Road::send);
   m_lineTimeout = settings().timeout();
+  std::optional<SentLines> sent;
   const FileReading reading = readImportFile([&](std::string_view line) {
     if (sendsLines)
-      bean.dataContainer->lines.add({lineAsSent(line, m_dataType, origin, m_delimiterAscii)});
+      bean.dataContainer->lines.add({std::string(sentLines(sent, origin).asSent(line))});
     m_lineTimeout = addSaturated(m_lineTimeout, kTimeoutOfLine);
   });
   if (!reading.errors->isEmpty())
     askToCorrect(*reading.errors);
   else if (reading.isComplete)
     callService(bean);
+}
+
+/// Made with the first line, so that its failure is one of the reading.
+SentLines& ImExRequest::sentLines(std::optional<SentLines>& sent, std::string_view origin) const {
+  return sent ? *sent : sent.emplace(m_dataType, origin, m_delimiterAscii);
 }
 
 std::shared_ptr<host::RequestInformation> ImExRequest::requestInformation() {
@@ -178,16 +184,16 @@ void ImExRequest::exchange(host::HttpTransport& transport, host::SoapEnvelope& e
     transport.SetProxy(kProxyServer, proxyPort);
   transport.Timeout(settings().timeout());
   transport.SOAPAction(isBallasts() ? kUnsecuredSpace : kSecuredSpace);
-  transport.send(isBallasts() ? settings().unsecuredAddress() : settings().securedAddress(), envelope.serialise());
-  envelope.parse(transport.Receive("UTF-8"), "");
+  envelope.post(transport, isBallasts() ? settings().unsecuredAddress() : settings().securedAddress());
+  envelope.take(transport.takeAnswer("UTF-8"), "");
   Deserialize(envelope.parameter(0));
 }
 
 void ImExRequest::sendLines(host::HttpTransport& transport, host::SoapEnvelope& envelope, host::SoapNode& lines) {
   const std::string origin = DataOrigin();
-  const FileReading reading = addImportLines([&](std::string_view line) {
-    createElement(lines, "LINE", lineAsSent(line, m_dataType, origin, m_delimiterAscii));
-  });
+  std::optional<SentLines> sent;
+  const FileReading reading = addImportLines(
+      [&](std::string_view line) { createElement(lines, "LINE", sentLines(sent, origin).asSent(line)); });
   if (!reading.errors->isEmpty())
     askToCorrect(*reading.errors);
   else if (reading.isComplete)

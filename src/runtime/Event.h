@@ -14,6 +14,9 @@ class Event {
  public:
   using Handler = std::function<void(Args...)>;
 
+  /// Whether anything listens. What only a handler would see need not be made where none does.
+  bool hasHandlers() const { return !m_handlers.empty(); }
+
   void connect(Handler handler) { m_handlers.push_back(std::move(handler)); }
 
   void raise(Args... args) const {

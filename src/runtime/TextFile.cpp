@@ -1,5 +1,7 @@
 #include "runtime/TextFile.h"
 
+#include "runtime/text.h"
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -13,36 +15,69 @@ constexpr std::size_t kLineBreakSize = 2;
 
 } // namespace
 
-TextReader::TextReader(std::unique_ptr<ByteSource> source)
-    : m_source(std::move(source)), m_buffer(kBufferSize), m_encoding(findEncoding()) {
+TextReader::TextReader(std::unique_ptr<ByteSource> source) : m_source(std::move(source)), m_buffer(kBufferSize) {
+  if (hasMark())
+    m_encoding = Encoding::utf8WithMark;
   m_source->rewind();
-  m_begin = m_end = 0;
-  if (m_encoding == Encoding::utf8WithMark) {
-    while (m_end < kUtf8Mark.size() && fill()) {
-    }
-    m_begin = std::min(kUtf8Mark.size(), m_end); // the file may have become shorter since
+  if (m_encoding)
+    skip(kUtf8Mark.size()); // the file may have become shorter since
+}
+
+bool TextReader::hasMark() {
+  std::size_t size = 0;
+  while (size < kUtf8Mark.size()) {
+    const std::size_t count = m_source->read(m_buffer.data() + size, m_buffer.size() - size);
+    if (count == 0)
+      break;
+    size += count;
+  }
+  return std::string_view(m_buffer.data(), size).starts_with(kUtf8Mark);
+}
+
+/// Reads `count` bytes and leaves them out.
+void TextReader::skip(std::size_t count) {
+  std::vector<char> bytes(std::min(count, kBufferSize));
+  while (count > 0) {
+    const std::size_t read = m_source->read(bytes.data(), std::min(count, bytes.size()));
+    if (read == 0)
+      return;
+    count -= read;
   }
 }
 
-Encoding TextReader::findEncoding() {
+Encoding TextReader::encoding() {
+  if (!m_encoding)
+    findEncoding({});
+  return *m_encoding;
+}
+
+/// Finds the encoding where it matters for the first time. `bytes` are the last that were read, those before them are
+/// ASCII.
+void TextReader::judge(std::string_view bytes) {
+  if (!m_encoding && !isAscii(bytes))
+    findEncoding(bytes);
+}
+
+/// Reads on to the end, or to where the encoding is clear, and comes back.
+void TextReader::findEncoding(std::string_view bytes) {
   Utf8Validator validator;
-  std::string head;
-  while (const std::size_t count = m_source->read(m_buffer.data(), m_buffer.size())) {
-    const std::string_view bytes(m_buffer.data(), count);
-    if (head.size() < kUtf8Mark.size())
-      head.append(bytes.substr(0, kUtf8Mark.size() - head.size()));
-    if (head == kUtf8Mark)
-      return Encoding::utf8WithMark;
-    if (!validator.feed(bytes)) // nor do the bytes begin with the mark, which is valid itself
-      break;
-  }
-  return validator.isComplete() ? Encoding::utf8 : Encoding::windows1252;
+  std::vector<char> ahead(kBufferSize);
+  std::size_t count = 0;
+  bool isValid = validator.feed(bytes);
+  while (isValid && (count = m_source->read(ahead.data(), ahead.size())) > 0)
+    isValid = validator.feed({ahead.data(), count});
+  m_source->rewind();
+  skip(m_read);
+  m_encoding = validator.isComplete() ? Encoding::utf8 : Encoding::windows1252;
 }
 
 /// Reads more bytes behind those in the buffer. False at the end of the source.
 bool TextReader::fill() {
-  const std::size_t count = m_source->read(m_buffer.data() + m_end, m_buffer.size() - m_end);
+  char* const place = m_buffer.data() + m_end;
+  const std::size_t count = m_source->read(place, m_buffer.size() - m_end);
   m_end += count;
+  m_read += count;
+  judge({place, count});
   return count > 0;
 }
 
@@ -81,8 +116,22 @@ void TextReader::makeRoom(std::size_t& searched) {
   m_begin = 0;
 }
 
+/// Takes a line that lies in the buffer with its end and has no other carriage return, as nearly all do.
+bool TextReader::takeWholeLine(std::string_view& raw) {
+  const char* const begin = m_buffer.data() + m_begin;
+  const std::size_t size = m_end - m_begin;
+  const void* const found = size < kLineBreakSize ? nullptr : std::memchr(begin, '\r', size - 1);
+  if (found == nullptr || static_cast<const char*>(found)[1] != '\n')
+    return false;
+  raw = {begin, static_cast<std::size_t>(static_cast<const char*>(found) - begin)};
+  m_begin += raw.size() + kLineBreakSize;
+  return true;
+}
+
 /// Takes the bytes of one line, still in the encoding of the file.
 bool TextReader::takeLine(std::string_view& raw) {
+  if (takeWholeLine(raw))
+    return true;
   m_long.clear();
   std::size_t searched = m_begin;
   std::optional<std::size_t> end = findLineEnd(searched);
@@ -103,7 +152,7 @@ bool TextReader::readLine(std::string_view& line) {
   std::string_view raw;
   if (!takeLine(raw))
     return false;
-  if (m_encoding != Encoding::windows1252) {
+  if (m_encoding != Encoding::windows1252) { // ASCII so far is ASCII in any encoding
     line = raw;
     return true;
   }
@@ -115,6 +164,7 @@ bool TextReader::readLine(std::string_view& line) {
 
 TextWriter::TextWriter(std::unique_ptr<ByteSink> sink, Encoding encoding)
     : m_sink(std::move(sink)), m_encoding(encoding) {
+  m_buffer.reserve(2 * kBufferSize);
   if (encoding == Encoding::utf8WithMark)
     m_buffer = kUtf8Mark;
 }
@@ -137,9 +187,15 @@ void TextWriter::writeLine(std::string_view text) {
 }
 
 void TextWriter::flush() {
-  const std::string bytes = std::exchange(m_buffer, {});
-  if (!bytes.empty())
-    m_sink->write(bytes);
+  if (m_buffer.empty())
+    return;
+  try {
+    m_sink->write(m_buffer);
+  } catch (...) {
+    m_buffer.clear(); // what could not be written is not tried again
+    throw;
+  }
+  m_buffer.clear();
 }
 
 void TextWriter::close() {

@@ -14,33 +14,42 @@ namespace imex {
 
 /// Reads text line by line. A line ends at CR LF or at the end of the bytes; a lone CR or LF is part of its line.
 ///
-/// The encoding depends on all of the bytes, so they are read twice: once at construction to find it, once for the
-/// lines. Memory is one buffer, and the longest line where a line does not fit into it.
+/// The encoding depends on all of the bytes, but ASCII is the same in each of them. So the bytes are read once as long
+/// as they are ASCII; at the first other character the reader looks ahead to the end of the source, and then comes
+/// back to where it was. Memory is one buffer, a second one while it looks ahead, and the longest line where a line
+/// does not fit into the buffer.
 class TextReader {
  public:
-  /// Finds the encoding. Errors of the source pass through.
+  /// Looks for the UTF-8 mark. Errors of the source pass through.
   explicit TextReader(std::unique_ptr<ByteSource> source);
 
-  Encoding encoding() const { return m_encoding; }
+  /// The encoding of the whole source. It looks ahead where the lines read so far do not tell; errors of the source
+  /// pass through.
+  Encoding encoding();
 
   /// Sets `line` to the next line in UTF-8, without its end, and returns true; returns false at the end. The text
   /// stays valid until the next call. Errors of the source pass through; the reader is then of no further use.
   bool readLine(std::string_view& line);
 
  private:
+  bool hasMark();
   bool fill();
+  void judge(std::string_view bytes);
+  void findEncoding(std::string_view bytes);
+  void skip(std::size_t count);
   std::optional<std::size_t> findLineEnd(std::size_t& searched) const;
   void makeRoom(std::size_t& searched);
+  bool takeWholeLine(std::string_view& raw);
   bool takeLine(std::string_view& raw);
-  Encoding findEncoding();
 
   std::unique_ptr<ByteSource> m_source;
   std::vector<char> m_buffer;
   std::size_t m_begin = 0; ///< the bytes not yet taken lie at m_begin..m_end of the buffer
   std::size_t m_end = 0;
-  std::string m_long;    ///< a line that did not fit into the buffer
-  std::string m_decoded; ///< a line of a Windows-1252 file
-  Encoding m_encoding;
+  std::size_t m_read = 0;             ///< how many bytes of the source were read
+  std::string m_long;                 ///< a line that did not fit into the buffer
+  std::string m_decoded;              ///< a line of a Windows-1252 file
+  std::optional<Encoding> m_encoding; ///< empty as long as all bytes read are ASCII
 };
 
 /// Writes text line by line, each ended by CR LF.

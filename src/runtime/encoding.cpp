@@ -1,6 +1,7 @@
 #include "runtime/encoding.h"
 
 #include "runtime/RuntimeError.h"
+#include "runtime/bytes.h"
 #include "runtime/text.h"
 
 #include <algorithm>
@@ -66,18 +67,24 @@ bool Utf8Validator::accept(unsigned char byte) {
 }
 
 bool Utf8Validator::feed(std::string_view bytes) {
-  for (std::size_t i = 0; m_valid && i < bytes.size(); ++i)
-    m_valid = accept(static_cast<unsigned char>(bytes[i]));
+  for (std::size_t i = 0; m_valid && i < bytes.size(); ++i) {
+    if (m_pending == 0)
+      i = findNonAscii(bytes, i);
+    if (i < bytes.size())
+      m_valid = accept(static_cast<unsigned char>(bytes[i]));
+  }
   return m_valid;
 }
 
 void appendWindows1252(std::string& text, std::string_view bytes) {
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80)
-      text.push_back(c);
-    else
-      appendUtf8(text, byte < 0xA0 ? kHighControls[byte - 0x80U] : char32_t{byte});
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const std::size_t ascii = findNonAscii(bytes, i);
+    text += bytes.substr(i, ascii - i);
+    i = ascii;
+    if (i == bytes.size())
+      return;
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    appendUtf8(text, byte < 0xA0 ? kHighControls[byte - 0x80U] : char32_t{byte});
   }
 }
 

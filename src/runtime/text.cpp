@@ -1,8 +1,11 @@
 #include "runtime/text.h"
 
+#include "runtime/bytes.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 namespace imex {
 
@@ -55,6 +58,23 @@ constexpr std::size_t sequenceLength(unsigned char first) {
   return 0;
 }
 
+constexpr char upperCaseOfAscii(char c) {
+  return static_cast<char>(c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c);
+}
+
+void appendUpperCaseOfAscii(std::string& result, std::string_view ascii) {
+  std::size_t at = result.size();
+  result += ascii;
+  for (; at + sizeof(ByteVector) <= result.size(); at += sizeof(ByteVector)) {
+    const ByteVector bytes = bytesAt(result.data() + at);
+    // All bits are set where it is a small letter.
+    const ByteVector capital = bytes - (ByteVector((bytes >= 'a') & (bytes <= 'z')) & ('a' - 'A'));
+    std::memcpy(result.data() + at, &capital, sizeof capital);
+  }
+  for (; at < result.size(); ++at)
+    result[at] = upperCaseOfAscii(result[at]);
+}
+
 } // namespace
 
 CodePoint codePointAt(std::string_view text, std::size_t position) {
@@ -100,22 +120,37 @@ void appendUtf8(std::string& text, char32_t value) {
 
 std::size_t length(std::string_view text) {
   std::size_t count = 0;
-  for (std::size_t i = 0; i < text.size(); ++count)
-    i += static_cast<unsigned char>(text[i]) < 0x80 ? 1 : codePointAt(text, i).bytes;
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t ascii = findNonAscii(text, i);
+    count += ascii - i;
+    i = ascii;
+    if (i == text.size())
+      break;
+    i += codePointAt(text, i).bytes;
+    ++count;
+  }
   return count;
+}
+
+void appendUpperCase(std::string& result, std::string_view text) {
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t ascii = findNonAscii(text, i);
+    appendUpperCaseOfAscii(result, text.substr(i, ascii - i));
+    for (i = ascii; i < text.size() && static_cast<unsigned char>(text[i]) >= 0x80;) {
+      const CodePoint c = codePointAt(text, i);
+      if (c.valid)
+        appendUtf8(result, upperCase(c.value));
+      else
+        result.push_back(text[i]);
+      i += c.bytes;
+    }
+  }
 }
 
 std::string upperCase(std::string_view text) {
   std::string result;
   result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) {
-    const CodePoint c = codePointAt(text, i);
-    if (c.valid)
-      appendUtf8(result, upperCase(c.value));
-    else
-      result.push_back(text[i]);
-    i += c.bytes;
-  }
+  appendUpperCase(result, text);
   return result;
 }
 
@@ -124,7 +159,7 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 bool isAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  return findNonAscii(text) == text.size();
 }
 
 std::string_view trimmed(std::string_view text) {

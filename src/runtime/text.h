@@ -20,6 +20,9 @@ std::size_t length(std::string_view text);
 /// "ß", whose capital form is two letters, stays.
 std::string upperCase(std::string_view text);
 
+/// The same, appended to `result`.
+void appendUpperCase(std::string& result, std::string_view text);
+
 /// Whether two texts are the same when case is left out of account.
 bool equalsIgnoringCase(std::string_view a, std::string_view b);
 

@@ -28,7 +28,8 @@ class ImExRequestReport : public RequestTest {
   void SetUp() override {
     configure("BALLASTS", "HALVIK");
     listing.Directory(request.Directory());
-    listing.SerializationFailed.connect([this](const std::string& message) { request.SerializationFailed.raise(message); });
+    listing.SerializationFailed.connect(
+        [this](const std::string& message) { request.SerializationFailed.raise(message); });
     host.trace->lines.clear();
   }
 
@@ -58,7 +59,7 @@ TEST_F(ImExRequestReport, theImportFileItself_isNeverReplaced) {
   host.folder.write("out/validationresults.html", bytes);
   for (const std::string name : {"out/validationresults.html", "out/ValidationResults.HTML", "link.txt"}) {
     if (name == "link.txt")
-      std::filesystem::create_symlink(host.folder / "out/validationresults.html", host.folder / name);
+      host.folder.link(name, "out/validationresults.html");
     events.clear();
     request.CheckedFileName(host.folder / name);
 

@@ -28,14 +28,14 @@ TEST(Integer, holdsEveryNumberOf16Bits) {
 TEST(Integer, pastItsLimits_overflows) {
   EXPECT_EQ(raisedNumber([] { Integer(32768); }), 6);
   EXPECT_EQ(raisedNumber([] { Integer(-32769); }), 6);
-  EXPECT_EQ(raisedNumber([] { Integer(std::numeric_limits<int>::max()); }), 6);
-  EXPECT_EQ(raisedNumber([] { Integer(std::numeric_limits<int>::min()); }), 6);
+  EXPECT_EQ(raisedNumber([] { (void)Integer(std::numeric_limits<int>::max()); }), 6);
+  EXPECT_EQ(raisedNumber([] { (void)Integer(std::numeric_limits<int>::min()); }), 6);
 }
 
 TEST(Integer, judgesEveryTypeByItsValue) {
   EXPECT_EQ(int{Integer(std::size_t{32767})}, 32767);
   EXPECT_EQ(raisedNumber([] { Integer(std::size_t{32768}); }), 6);
-  EXPECT_EQ(raisedNumber([] { Integer(std::numeric_limits<std::size_t>::max()); }), 6);
+  EXPECT_EQ(raisedNumber([] { (void)Integer(std::numeric_limits<std::size_t>::max()); }), 6);
   EXPECT_EQ(raisedNumber([] { Integer(std::uint16_t{65535}); }), 6);
   EXPECT_EQ(raisedNumber([] { Integer(std::int64_t{1} << 32); }), 6);
   EXPECT_EQ(int{Integer(std::int64_t{-32768})}, -32768);

@@ -291,6 +291,78 @@ TEST(TextReader, aFileThatShrinksBetweenTheTwoReadings_endsEarly) {
   EXPECT_EQ(linesOf(reader), (Lines{"fi"}));
 }
 
+/// Counts the bytes that are read.
+class CountingSource : public MemorySource {
+ public:
+  CountingSource(std::string bytes, std::size_t& count) : MemorySource(std::move(bytes)), m_count(count) {}
+  std::size_t read(char* buffer, std::size_t size) override {
+    const std::size_t count = MemorySource::read(buffer, size);
+    m_count += count;
+    return count;
+  }
+
+ private:
+  std::size_t& m_count;
+};
+
+TEST(TextReader, plainAscii_isReadOnce) {
+  const std::string text(10 * kBuffer, 'x');
+  std::size_t count = 0;
+  TextReader reader(std::make_unique<CountingSource>(text, count));
+  EXPECT_EQ(count, kBuffer); // the look for the mark
+  EXPECT_EQ(linesOf(reader), (Lines{text}));
+  EXPECT_EQ(count, 11 * kBuffer);
+  EXPECT_EQ(reader.encoding(), Encoding::utf8);
+}
+
+TEST(TextReader, theFirstCharacterBeyondAscii_mayComeAnywhere) {
+  for (const std::string_view last : {"\r\n\u00E9", "\r\n\xE9", "\u00E9\xFF", "\xF0\x9F\x98", "\r\u00E9\r\n"}) {
+    for (std::size_t size = 2 * kBuffer - 6; size <= 2 * kBuffer + 2; ++size) {
+      const std::string text = "first\r\n" + std::string(size, 'x') + std::string(last) + "\r\nend\r\n";
+      const NaiveReading expected = readNaively(text);
+      TextReader reader(std::make_unique<MemorySource>(text));
+      ASSERT_EQ(linesOf(reader), expected.lines) << size;
+      ASSERT_EQ(reader.encoding(), expected.encoding) << size;
+    }
+  }
+}
+
+TEST(TextReader, theEncodingAskedForInTheMiddle_losesNoLine) {
+  const std::string text = "first\r\n" + std::string(kBuffer, 'x') + "\r\nsecond\r\n\xE9";
+  TextReader reader(std::make_unique<MemorySource>(text));
+  std::string_view line;
+  ASSERT_TRUE(reader.readLine(line));
+  EXPECT_EQ(reader.encoding(), Encoding::windows1252);
+  EXPECT_EQ(linesOf(reader), (Lines{std::string(kBuffer, 'x'), "second", "\u00E9"}));
+}
+
+TEST(TextReader, anErrorWhileItLooksAhead_passesThrough) {
+  auto source = std::make_unique<MemorySource>("first\r\n\u00E9" + std::string(3 * kBuffer, 'x'));
+  source->failAfter = 2; // the look for the mark and the first bytes
+  TextReader reader(std::move(source));
+  std::string_view line;
+  EXPECT_EQ(raisedNumber([&] { reader.readLine(line); }), 57);
+}
+
+TEST(TextReader, aFileThatShrinksWhileItLooksAhead_endsEarly) {
+  const std::string text = "caf\u00E9\r\n" + std::string(kBuffer, 'x') + "\r\nlast\r\n";
+  class ShrinkingSource : public MemorySource {
+   public:
+    explicit ShrinkingSource(const std::string& bytes) : MemorySource(bytes), m_first(bytes.substr(0, kBuffer)) {}
+    void rewind() override {
+      MemorySource::rewind();
+      if (++m_rewinds == 2)
+        static_cast<MemorySource&>(*this) = MemorySource(m_first);
+    }
+
+   private:
+    std::string m_first;
+    int m_rewinds = 0;
+  };
+  TextReader reader(std::make_unique<ShrinkingSource>(text));
+  EXPECT_EQ(linesOf(reader), (Lines{"caf\u00E9", std::string(kBuffer - 7, 'x')}));
+}
+
 TEST(TextReader, readsAnyTextAsANaiveReaderDoes) {
   std::mt19937 random(20240703);
   for (int round = 0; round < 400; ++round) {

@@ -18,10 +18,10 @@ class DiskFiles : public host::Files {
   std::string workingDirectory() const override;
 };
 
-/// The path in the platform's form. A path that exists as it is written is taken so, and
-/// so is the folder of a new file. Otherwise "\" is a separator like
-/// "/", and a name that is missing is taken in the case in which the folder holds it, the first in byte order where it
-/// holds several; what is not found in any case keeps its name.
+/// The path in the platform's form. A path that exists as it is written is taken so, and so is the folder of a new
+/// file. Otherwise "\" is a separator like "/", and a name that is missing is taken in the case in which the folder
+/// holds it, the first in byte order where it holds several; what is not found in any case keeps its name. On Windows
+/// "/" becomes "\", and the system itself leaves case out of account.
 std::filesystem::path nativePath(std::string_view path);
 
 } // namespace imex::platform

@@ -22,6 +22,9 @@ namespace {
 constexpr const char* kSource = "CurlTransport";
 constexpr std::size_t kLargestHeaders = std::size_t{256} * 1024;
 constexpr long kLargestPort = 65535;
+constexpr long kUploadBuffer = 256L * 1024;
+constexpr long kReceiveBuffer = 256L * 1024;
+constexpr std::size_t kReservedAnswer = std::size_t{32} * 1024 * 1024;
 
 struct HandleDeleter {
   void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
@@ -116,7 +119,7 @@ class Exchange {
   void setTimeout(std::int32_t milliseconds) { set(CURLOPT_TIMEOUT_MS, long{milliseconds}); }
   void connectDirectly() { set(CURLOPT_PROXY, ""); } // left unset, the environment would choose one
   void connectThrough(const std::string& server, const std::string& port);
-  void setMessage(std::string_view text, const std::string& action);
+  void setMessage(std::span<const std::string_view> parts, const std::string& action);
 
   /// Sends and waits.
   void run();
@@ -133,6 +136,7 @@ class Exchange {
   }
   void setSecurity();
   void setReception();
+  void reserveBody();
   void addHeader(const std::string& line);
 
   long number(CURLINFO info) const {
@@ -153,6 +157,7 @@ class Exchange {
   [[noreturn]] void throwFailure(CURLcode code) const;
   RuntimeError statusError(const std::string& sender, long status) const;
 
+  static std::size_t onRead(char* buffer, std::size_t, std::size_t size, void* self) noexcept;
   static std::size_t onBody(char* data, std::size_t, std::size_t size, void* self) noexcept;
   static std::size_t onHeader(char* data, std::size_t, std::size_t size, void* self) noexcept;
 
@@ -164,6 +169,9 @@ class Exchange {
   std::string m_proxy;        ///< server and port
   std::array<char, CURL_ERROR_SIZE> m_detail{};
 
+  std::span<const std::string_view> m_parts; ///< of the message
+  std::size_t m_part = 0;                    ///< the one that is being sent, and how much of it was
+  std::size_t m_sentOfPart = 0;
   std::string m_body;
   std::size_t m_headerBytes = 0;
   bool m_isHeadComplete = false;
@@ -186,6 +194,7 @@ void Exchange::setSecurity() {
 void Exchange::setReception() {
   set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});
   set(CURLOPT_NOSIGNAL, 1L);
+  set(CURLOPT_BUFFERSIZE, kReceiveBuffer);
   set(CURLOPT_TCP_KEEPALIVE, 1L); // an exchange without a time-out must still notice that the server is gone
   set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   set(CURLOPT_ERRORBUFFER, m_detail.data());
@@ -217,14 +226,44 @@ void Exchange::addHeader(const std::string& line) {
   m_headers.reset(longer);
 }
 
-void Exchange::setMessage(std::string_view text, const std::string& action) {
+void Exchange::setMessage(std::span<const std::string_view> parts, const std::string& action) {
   addHeader("Content-Type: text/xml; charset=utf-8");
   addHeader("SOAPAction: \"" + action + '"');
   addHeader("Expect:"); // the whole message goes out at once
   set(CURLOPT_HTTPHEADER, m_headers.get());
   set(CURLOPT_POST, 1L);
-  set(CURLOPT_POSTFIELDS, text.data());
-  set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(text.size()));
+  set(CURLOPT_READFUNCTION, &Exchange::onRead);
+  set(CURLOPT_READDATA, static_cast<void*>(this));
+  set(CURLOPT_UPLOAD_BUFFERSIZE, kUploadBuffer);
+  m_parts = parts;
+  std::size_t size = 0;
+  for (const std::string_view part : parts)
+    size += part.size();
+  set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
+}
+
+std::size_t Exchange::onRead(char* buffer, std::size_t, std::size_t size, void* self) noexcept {
+  auto& exchange = *static_cast<Exchange*>(self);
+  std::size_t filled = 0;
+  while (filled < size && exchange.m_part < exchange.m_parts.size()) {
+    const std::string_view rest = exchange.m_parts[exchange.m_part].substr(exchange.m_sentOfPart);
+    const std::size_t count = rest.copy(buffer + filled, size - filled);
+    filled += count;
+    exchange.m_sentOfPart += count;
+    if (count < rest.size())
+      break;
+    ++exchange.m_part;
+    exchange.m_sentOfPart = 0;
+  }
+  return filled;
+}
+
+/// Makes room for the answer as soon as its size is known, within reason.
+void Exchange::reserveBody() {
+  curl_off_t size = 0;
+  if (!m_body.empty() || curl_easy_getinfo(m_handle.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &size) != CURLE_OK)
+    return;
+  m_body.reserve(std::min(static_cast<std::size_t>(std::max<curl_off_t>(size, 0)), kReservedAnswer));
 }
 
 std::size_t Exchange::onBody(char* data, std::size_t, std::size_t size, void* self) noexcept {
@@ -234,6 +273,7 @@ std::size_t Exchange::onBody(char* data, std::size_t, std::size_t size, void* se
     return CURL_WRITEFUNC_ERROR;
   }
   try {
+    exchange.reserveBody();
     exchange.m_body.append(data, size);
   } catch (...) {
     exchange.m_error = std::current_exception();
@@ -322,6 +362,10 @@ void CurlTransport::SOAPAction(std::string_view action) {
 }
 
 void CurlTransport::send(std::string_view endpoint, std::string_view text) {
+  sendParts(endpoint, {&text, 1});
+}
+
+void CurlTransport::sendParts(std::string_view endpoint, std::span<const std::string_view> parts) {
   m_answer.reset();
   Exchange exchange(endpoint, m_options);
   if (m_proxy)
@@ -329,15 +373,25 @@ void CurlTransport::send(std::string_view endpoint, std::string_view text) {
   else
     exchange.connectDirectly();
   exchange.setTimeout(m_timeout);
-  exchange.setMessage(text, m_action);
+  exchange.setMessage(parts, m_action);
   exchange.run();
   m_answer = exchange.takeAnswer();
 }
 
-std::string CurlTransport::Receive(std::string_view encoding) {
+std::string& CurlTransport::answerIn(std::string_view encoding) {
   if (!m_answer || xmlEncoding(encoding) != XmlEncoding::utf8)
     throw RuntimeError(ErrorNumber::invalidProcedureCall, kSource);
   return *m_answer;
+}
+
+std::string CurlTransport::Receive(std::string_view encoding) {
+  return answerIn(encoding);
+}
+
+std::string CurlTransport::takeAnswer(std::string_view encoding) {
+  std::string answer = std::move(answerIn(encoding));
+  m_answer.reset();
+  return answer;
 }
 
 } // namespace imex::platform

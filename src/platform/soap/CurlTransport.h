@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -33,9 +34,13 @@ class CurlTransport : public host::HttpTransport {
   void Timeout(std::int32_t milliseconds) override;
   void SOAPAction(std::string_view action) override;
   void send(std::string_view endpoint, std::string_view text) override;
+  void sendParts(std::string_view endpoint, std::span<const std::string_view> parts) override;
   std::string Receive(std::string_view encoding) override;
+  std::string takeAnswer(std::string_view encoding) override;
 
  private:
+  std::string& answerIn(std::string_view encoding);
+
   struct Proxy {
     std::string server;
     std::string port;

@@ -7,7 +7,10 @@
 
 namespace imex::platform {
 
-/// A SOAP message held by pugixml.
+class Message;
+
+/// A SOAP message: a request as the text that it becomes, an answer as its text with an index, or, where that text is
+/// of an unusual kind, as a tree of pugixml.
 ///
 /// The serialised form is one line, without white space between elements: an XML declaration (version 1.0, UTF-8), the
 /// envelope with the prefix SOAP-ENV, its header where that has an entry, its body, and in it the method element with
@@ -30,12 +33,12 @@ class PugiSoapEnvelope : public host::SoapEnvelope {
   host::SoapNode& header() override;
   host::SoapNode& parameters() override;
   std::string serialise() const override;
+  void post(host::HttpTransport& transport, std::string_view endpoint) const override;
   void parse(std::string_view data, std::string_view encoding) override;
+  void take(std::string data, std::string_view encoding) override;
   host::SoapNode& parameter(std::size_t position) override;
 
  private:
-  class Message;
-
   std::unique_ptr<Message> m_message;
 };
 

@@ -57,8 +57,8 @@ std::shared_ptr<host::SoapNode> SoapServiceCall::call(const host::ServiceRequest
   fill(*envelope, request);
   const std::unique_ptr<host::HttpTransport> transport = m_factory.createTransport();
   prepare(*transport, request);
-  transport->send(request.address, envelope->serialise());
-  envelope->parse(transport->Receive("UTF-8"), "");
+  envelope->post(*transport, request.address);
+  envelope->take(transport->takeAnswer("UTF-8"), "");
   if (envelope->parameters().count() == 0)
     return nullptr;
   return {envelope, &envelope->parameter(0)};

@@ -1,6 +1,7 @@
 #include "platform/soap/xmlText.h"
 
 #include "platform/soap/errors.h"
+#include "runtime/bytes.h"
 #include "runtime/encoding.h"
 #include "runtime/text.h"
 
@@ -150,11 +151,8 @@ bool isXmlCharacter(char32_t c) {
 
 /// The byte position of the first character that XML forbids; npos where there is none.
 std::size_t findForbidden(std::string_view text) {
-  for (std::size_t i = 0; i < text.size();) {
-    if (text[i] >= ' ' && text[i] <= '~') { // nearly all there is
-      ++i;
-      continue;
-    }
+  const auto needsALook = [](auto c) { return ((c < 0x20) & (c != '\t') & (c != '\n') & (c != '\r')) | (c > '~'); };
+  for (std::size_t i = findByte(text, needsALook); i < text.size(); i = findByte(text, needsALook, i)) {
     const CodePoint c = codePointAt(text, i);
     if (!c.valid || !isXmlCharacter(c.value))
       return i;
@@ -222,14 +220,116 @@ std::size_t skipMarkup(std::string_view xml, std::size_t at) {
 }
 
 std::size_t skipReference(std::string_view xml, std::size_t at) {
-  const std::string_view window = xml.substr(at + 1, kLongestReference);
-  const std::string_view body = window.substr(0, window.find(';'));
-  if (body.size() == window.size() || !isReference(body))
+  const std::size_t size = referenceSize(xml.substr(at));
+  if (size == 0)
     throw notSoapError("The answer is not well-formed XML (unknown reference at byte " + std::to_string(at) + ")", xml);
-  return at + body.size() + 2;
+  return at + size;
+}
+
+/// Appends `text` with each byte for which `isSpecial` is true replaced.
+template <class Predicate, class Replacement>
+void appendReplaced(std::string& xml, std::string_view text, Predicate isSpecial, Replacement replacement) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t special = findByte(text, isSpecial, at);
+    xml += text.substr(at, special - at);
+    at = special;
+    for (; at < text.size() && isSpecial(static_cast<unsigned char>(text[at])); ++at)
+      xml += replacement(text[at]);
+  }
+}
+
+constexpr auto isSpecialInText = [](auto c) { return (c == '&') | (c == '<') | (c == '>') | (c == '\r'); };
+
+std::string_view escapeOf(char c) {
+  switch (c) {
+  case '&':
+    return "&amp;";
+  case '<':
+    return "&lt;";
+  case '>':
+    return "&gt;";
+  case '"':
+    return "&quot;";
+  case '\t':
+    return "&#09;";
+  case '\n':
+    return "&#10;";
+  default:
+    return "&#13;";
+  }
+}
+
+/// Appends the character of the reference whose text between "&" and ";" is `body`.
+void appendReferred(std::string& text, std::string_view body) {
+  constexpr std::array<std::pair<std::string_view, char>, 5> kNamed = {
+      {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
+  for (const auto& [name, c] : kNamed) {
+    if (body == name) {
+      text += c;
+      return;
+    }
+  }
+  const bool isHex = body.starts_with("#x");
+  const std::string_view digits = body.substr(isHex ? 2 : 1);
+  std::uint32_t value = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), value, isHex ? 16 : 10);
+  appendUtf8(text, value);
 }
 
 } // namespace
+
+bool isPlainXmlText(std::string_view text) {
+  return findByte(text, isSpecialInText) == text.size();
+}
+
+void appendXmlText(std::string& xml, std::string_view text) {
+  appendReplaced(xml, text, isSpecialInText, escapeOf);
+}
+
+void appendXmlAttribute(std::string& xml, std::string_view text) {
+  appendReplaced(
+      xml, text, [](auto c) { return (c == '&') | (c == '<') | (c == '"') | (c == '\t') | (c == '\n') | (c == '\r'); },
+      escapeOf);
+}
+
+std::string resolvedXmlText(std::string_view xml) {
+  const auto isSpecial = [](auto c) { return (c == '&') | (c == '\r'); };
+  std::string text;
+  for (std::size_t at = 0; at < xml.size();) {
+    const std::size_t special = findByte(xml, isSpecial, at);
+    text += xml.substr(at, special - at);
+    at = special;
+    if (at == xml.size())
+      break;
+    if (xml[at] == '\r') {
+      text += '\n';
+      at += xml.substr(at).starts_with("\r\n") ? 2 : 1;
+    } else {
+      const std::size_t end = xml.find(';', at);
+      appendReferred(text, xml.substr(at + 1, end - at - 1));
+      at = end + 1;
+    }
+  }
+  return text;
+}
+
+std::size_t xmlCharacterSize(std::string_view text, std::size_t position) {
+  const CodePoint c = codePointAt(text, position);
+  return c.valid && isXmlCharacter(c.value) ? c.bytes : 0;
+}
+
+std::size_t referenceSize(std::string_view xml) {
+  const std::string_view window = xml.substr(1, kLongestReference);
+  const std::string_view body = window.substr(0, window.find(';'));
+  return body.size() == window.size() || !isReference(body) ? 0 : body.size() + 2;
+}
+
+bool isInUtf8(std::string_view data, std::string_view encoding) {
+  const std::string_view name = encoding.empty() ? declaredEncoding(data) : encoding;
+  if (data.starts_with(kUtf8Mark) || data.starts_with(kLittleEndianMark) || data.starts_with(kBigEndianMark))
+    return false;
+  return name.empty() || xmlEncoding(name) == XmlEncoding::utf8;
+}
 
 std::optional<XmlEncoding> xmlEncoding(std::string_view name) {
   const auto* found = std::find_if(kEncodings.begin(), kEncodings.end(),
@@ -273,7 +373,8 @@ void requireCleanMarkup(std::string_view xml) {
   const std::size_t forbidden = findForbidden(xml);
   if (forbidden != std::string_view::npos)
     throw notSoapError("The answer has " + nameOf(codePointAt(xml, forbidden)) + ", which XML forbids", xml);
-  for (std::size_t at = xml.find_first_of("<&"); at < xml.size(); at = xml.find_first_of("<&", at))
+  const auto isMarkup = [](auto c) { return (c == '<') | (c == '&'); };
+  for (std::size_t at = findByte(xml, isMarkup); at < xml.size(); at = findByte(xml, isMarkup, at))
     at = xml[at] == '<' ? skipMarkup(xml, at) : skipReference(xml, at);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +23,30 @@ std::string xmlInUtf8(std::string_view data, std::string_view encoding);
 /// Error 1008 for a text with a character that XML cannot carry, or with bytes that are not UTF-8. The description
 /// gives the first one's code and its position in characters, counted from 1; `element` is the name of the element.
 void requireXmlText(std::string_view text, std::string_view element);
+
+/// Appends a text that passes requireXmlText() as the content of an element. A carriage return becomes "&#13;", because
+/// a parser would turn it into a line feed.
+void appendXmlText(std::string& xml, std::string_view text);
+
+/// Whether appendXmlText() appends the text as it is.
+bool isPlainXmlText(std::string_view text);
+
+/// Appends such a text as the value of an attribute in double quotes.
+void appendXmlAttribute(std::string& xml, std::string_view text);
+
+/// The text that `xml`, the content of an element without markup and with good references, stands for. Line ends
+/// become line feeds.
+std::string resolvedXmlText(std::string_view xml);
+
+/// The number of bytes of the character at `position` of a text in UTF-8; 0 where it is none of XML.
+std::size_t xmlCharacterSize(std::string_view text, std::size_t position);
+
+/// The number of bytes of the reference that a text starts with, to one of the five characters of XML or by a number; 0
+/// where it starts with none.
+std::size_t referenceSize(std::string_view xml);
+
+/// Whether xmlInUtf8() would take `data` as UTF-8. False for an encoding that is not known.
+bool isInUtf8(std::string_view data, std::string_view encoding);
 
 /// Whether `name` can name an element, without a prefix.
 bool isXmlName(std::string_view name);

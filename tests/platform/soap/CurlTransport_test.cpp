@@ -101,6 +101,29 @@ TEST(CurlTransport, actionThatWouldBreakTheHeader_isRefused) {
     EXPECT_EQ(failure([&] { transport.SOAPAction(action); }), "5 CurlTransport: Invalid procedure call or argument");
 }
 
+TEST(CurlTransport, aMessageInParts_arrivesAsOne) {
+  FaultyServer server(goodAnswer());
+  CurlTransport transport;
+  // Around the sizes of the library's buffers, so that parts end inside of them, at their ends and behind.
+  for (const std::size_t size : {1UL, 65535UL, 65536UL, 65537UL, 262143UL, 262144UL, 262145UL, 1000000UL}) {
+    const std::string large(size, 'x');
+    const std::vector<std::string_view> parts = {"first", "", large, "between", large, ""};
+    transport.sendParts(server.address(), parts);
+    EXPECT_EQ(server.requests().back().body, "first" + large + "between" + large);
+    EXPECT_EQ(transport.Receive("UTF-8"), kAnswer);
+  }
+}
+
+TEST(CurlTransport, anAnswerThatWasTaken_isGone) {
+  FaultyServer server(goodAnswer());
+  CurlTransport transport;
+  EXPECT_EQ(failure([&] { transport.takeAnswer("UTF-8"); }), "5 CurlTransport: Invalid procedure call or argument");
+  transport.send(server.address(), "1");
+  EXPECT_EQ(failure([&] { transport.takeAnswer("UTF-16"); }), "5 CurlTransport: Invalid procedure call or argument");
+  EXPECT_EQ(transport.takeAnswer("UTF-8"), kAnswer);
+  EXPECT_EQ(failure([&] { transport.Receive("UTF-8"); }), "5 CurlTransport: Invalid procedure call or argument");
+}
+
 TEST(CurlTransport, oneTransport_servesSeveralExchanges) {
   FaultyServer server(goodAnswer());
   server.answerWith({goodAnswer(), FaultyServer::page(404, "gone"), FaultyServer::ok("second")});
