@@ -4,7 +4,7 @@
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 
-#include <utility>
+#include <algorithm>
 
 namespace imex::import_service {
 
@@ -35,18 +35,17 @@ std::string_view head(std::string_view text, std::size_t count) {
 
 } // namespace
 
-Judge::Judge(const Format& format, Rules rules, IsStored isStored)
-    : m_format(format), m_rules(rules), m_isStored(std::move(isStored)) {}
-
 Verdict Judge::judge(std::string_view line) {
   ++m_lineNumber;
   Verdict verdict;
-  verdict.fields = split(line, m_rules.delimiter);
-  if (verdict.fields.size() != m_format.size()) {
-    verdict.errors.push_back("The line has " + counted(verdict.fields.size(), "field") + " where " +
-                             std::to_string(m_format.size()) + " are expected.");
+  // Counted before it is split: a line of delimiters alone would take many times its size.
+  const auto fields = static_cast<std::size_t>(std::count(line.begin(), line.end(), m_rules.delimiter)) + 1;
+  if (fields != m_format.size()) {
+    verdict.errors.push_back("The line has " + counted(fields, "field") + " where " + std::to_string(m_format.size()) +
+                             " are expected.");
     return verdict;
   }
+  verdict.fields = split(line, m_rules.delimiter);
   for (std::size_t column = 0; column < m_format.size(); ++column)
     judgeField(column, verdict);
   judgeKey(verdict);
@@ -92,8 +91,10 @@ void Judge::judgeKey(Verdict& verdict) {
   if (!isNew)
     verdict.errors.push_back("The record with " + describeKey(verdict) + " is already on line " +
                              std::to_string(place->second) + ".");
-  else if (!verdict.hasErrors() && m_isStored(verdict.key))
-    verdict.warnings.push_back("The record with " + describeKey(verdict) + " is already stored and will be updated.");
+}
+
+void Judge::warnOfStoredRow(Verdict& verdict) const {
+  verdict.warnings.push_back("The record with " + describeKey(verdict) + " is already stored and will be updated.");
 }
 
 std::string Judge::keyOf(const Verdict& verdict) const {

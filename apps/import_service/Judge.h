@@ -3,7 +3,6 @@
 #include "import_service/Formats.h"
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -22,16 +21,12 @@ struct Verdict {
   bool hasWarnings() const { return !warnings.empty(); }
 };
 
-/// Judges the lines of one file, in their order. It touches nothing outside itself; whether a row exists already is
-/// asked of the function that it is given.
+/// Judges the lines of one file, in their order. It touches nothing outside itself.
 ///
 /// The texts are for the person who made the file: they name the column, the value (its first 40 characters) and the
 /// limit.
 class Judge {
  public:
-  /// Whether there is a row with this key (a Verdict's).
-  using IsStored = std::function<bool(const std::string& key)>;
-
   /// What the request allows.
   struct Rules {
     char delimiter = '\t';
@@ -39,17 +34,17 @@ class Judge {
   };
 
   /// The format must outlive the judge.
-  Judge(const Format& format, Rules rules, IsStored isStored);
+  Judge(const Format& format, Rules rules) : m_format(format), m_rules(rules) {}
 
   /// The verdict on the next line, which is without a delimiter behind its last field.
   ///
   /// Errors: another number of fields than the format has columns (then nothing else is looked at); a required field
   /// that is empty or blank; more characters than the column takes, unless truncation is allowed; a numeric field that
-  /// is filled with something else; a key that an earlier line of the file has. Warnings: a value that was cut; a row
-  /// that exists already (asked only for lines without errors).
-  ///
-  /// Errors of the function pass through.
+  /// is filled with something else; a key that an earlier line of the file has. Warnings: a value that was cut.
   Verdict judge(std::string_view line);
+
+  /// Adds the warning that the row of a line without errors is stored already.
+  void warnOfStoredRow(Verdict& verdict) const;
 
  private:
   void judgeField(std::size_t column, Verdict& verdict) const;
@@ -60,7 +55,6 @@ class Judge {
 
   const Format& m_format;
   Rules m_rules;
-  IsStored m_isStored;
   std::size_t m_lineNumber = 0;
   std::unordered_map<std::string, std::size_t> m_lineOfKey;
 };

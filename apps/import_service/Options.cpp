@@ -29,7 +29,10 @@ constexpr const char* kFooter = R"(Addresses:
   GET  /health       whether the service works, and how many rows it has
 
 The folder DIR/docs holds the format files and columns.json. The store is a file,
-sqlite://PATH, or sqlite://:memory: to keep nothing after the end.
+sqlite://PATH, or sqlite://:memory: to keep nothing after the end, or a PostgreSQL
+database that several services may share, postgresql://USER@HOST:PORT/DATABASE. A
+password that is not on the command line is taken from the environment variable
+PGPASSWORD or the file ~/.pgpass.
 
 The INI file may set [application] directory and [service] host, port, store and
 users (a,b); an option of the command line goes over it.

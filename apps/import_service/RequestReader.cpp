@@ -68,7 +68,7 @@ std::string textOf(const pugi::xml_node& element) {
   std::string text;
   for (const pugi::xml_node& child : element.children()) {
     if (isElement(child))
-      throw ClientFault(std::string(localName(element)) + " holds the element " + std::string(localName(child)) +
+      throw ClientFault(shortened(localName(element)) + " holds the element " + shortened(localName(child)) +
                         " where only text is expected.");
     text += child.value();
   }
@@ -115,7 +115,7 @@ void readInformation(const pugi::xml_node& information, ImportRequest& request) 
 
 std::string lineOf(const pugi::xml_node& element, std::size_t number, char delimiter) {
   if (localName(element) != "LINE")
-    throw ClientFault("LINES holds the element " + std::string(localName(element)) + " where only LINE is expected.");
+    throw ClientFault("LINES holds the element " + shortened(localName(element)) + " where only LINE is expected.");
   std::string line = textOf(element);
   if (!line.ends_with(delimiter))
     throw ClientFault("LINE " + std::to_string(number) + " does not end with the delimiter " +

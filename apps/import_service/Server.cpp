@@ -1,6 +1,7 @@
 #include "import_service/Server.h"
 
 #include "import_service/AnswerWriter.h"
+#include "import_service/BoundedServer.h"
 #include "import_service/ExitCode.h"
 #include "import_service/Fault.h"
 
@@ -22,9 +23,8 @@ constexpr int kNotFound = 404;
 constexpr int kMethodNotAllowed = 405;
 constexpr int kTooLarge = 413;
 
-constexpr std::time_t kReadSeconds = 30;
-/// Short, because an idle connection delays stop() for as long.
-constexpr std::time_t kKeepAliveSeconds = 1;
+constexpr int kUnsupported = 415;
+constexpr int kBusy = 503;
 
 constexpr const char* kXml = "text/xml; charset=utf-8";
 constexpr const char* kJson = "application/json";
@@ -48,6 +48,42 @@ void set(httplib::Response& response, Answer answer, const char* contentType) {
   response.set_header("Content-Type", contentType);
 }
 
+/// A share of the bytes that all bodies together may have, given back with the object.
+class Share {
+ public:
+  Share(std::atomic<std::size_t>& used, std::size_t limit) : m_used(used), m_limit(limit) {}
+  ~Share() { m_used -= m_own; }
+  Share(const Share&) = delete;
+  Share& operator=(const Share&) = delete;
+
+  /// Takes more; false, and nothing is taken, where that would be too much.
+  bool grow(std::size_t bytes) {
+    if (m_used.fetch_add(bytes) + bytes > m_limit) {
+      m_used -= bytes;
+      return false;
+    }
+    m_own += bytes;
+    return true;
+  }
+
+ private:
+  std::atomic<std::size_t>& m_used;
+  std::size_t m_limit;
+  std::size_t m_own = 0;
+};
+
+std::string busyFault() {
+  return writeFault({FaultCode::server, "Nothing was imported: the service is busy. Send the file again later."});
+}
+
+/// The whole answer to a connection that is one too many.
+std::string busyAnswer() {
+  const std::string body = busyFault();
+  return "HTTP/1.1 503 Service Unavailable\r\nContent-Type: " + std::string(kXml) +
+         "\r\nRetry-After: 1\r\nConnection: close\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" +
+         body;
+}
+
 void refuse(const httplib::Request& request, httplib::Response& response) {
   const auto* found = std::find_if(kResources.begin(), kResources.end(),
                                    [&request](const Resource& resource) { return resource.path == request.path; });
@@ -59,10 +95,17 @@ void refuse(const httplib::Request& request, httplib::Response& response) {
   set(response, {kMethodNotAllowed, request.path + " takes " + found->methods + ".\n"}, kText);
 }
 
+/// A compressed body could be of any size when it is unpacked.
+bool isEncoded(const httplib::Request& request) {
+  const std::string encoding = request.get_header_value("Content-Encoding");
+  return !encoding.empty() && encoding != "identity";
+}
+
 /// A body must be read before it is refused: the next request on the connection begins behind it.
 void refuseWithBody(const httplib::Request& request, httplib::Response& response,
                     const httplib::ContentReader& readContent) {
-  readContent([](const char*, std::size_t) { return true; });
+  if (isEncoded(request) || !readContent([](const char*, std::size_t) { return true; }))
+    BoundedServer::closeAfterAnswer();
   refuse(request, response);
 }
 
@@ -80,50 +123,74 @@ std::string urlOf(const std::string& host, int port) {
 } // namespace
 
 struct Server::Http {
-  Http(ImportService& importService, std::size_t limit) : service(importService), greatestBody(limit) {}
+  Http(ImportService& importService, const Limits& allLimits)
+      : service(importService), limits(allLimits), server(limits, busyAnswer()) {}
 
   void route(const Endpoint& endpoint);
-  void answer(const Endpoint& endpoint, httplib::Response& response, const httplib::ContentReader& readContent);
-  void refuseBody(httplib::Response& response, bool isTooLarge) const;
+  void answer(const Endpoint& endpoint, const httplib::Request& request, httplib::Response& response,
+              const httplib::ContentReader& readContent);
+  void refuseBody(httplib::Response& response, int status) const;
   int bind(const std::string& host, int port);
 
   ImportService& service;
-  std::size_t greatestBody;
-  httplib::Server server;
+  Limits limits;
+  std::atomic<std::size_t> bodies = 0; ///< bytes of all bodies that are at work
+  BoundedServer server;
   std::thread thread;
   std::atomic<bool> hasEnded = false;
   std::string url;
 };
 
-void Server::Http::refuseBody(httplib::Response& response, bool isTooLarge) const {
-  const std::string limit = std::to_string(greatestBody);
-  const ClientFault fault(isTooLarge ? "The request has more than " + limit + " bytes."
-                                     : "The body of the request cannot be read.");
-  set(response, {isTooLarge ? kTooLarge : kBadRequest, writeFault(fault)}, kXml);
+void Server::Http::refuseBody(httplib::Response& response, int status) const {
+  const auto fault = [&]() -> std::string {
+    switch (status) {
+    case kBusy:
+      return busyFault();
+    case kTooLarge:
+      return writeFault(ClientFault("The request has more than " + std::to_string(limits.body) + " bytes."));
+    case kUnsupported:
+      return writeFault(ClientFault("The request must be sent without a content encoding."));
+    default:
+      return writeFault(ClientFault("The body of the request cannot be read."));
+    }
+  };
+  if (status == kBadRequest || status == kUnsupported)
+    BoundedServer::closeAfterAnswer();
+  set(response, {status, fault()}, kXml);
 }
 
-void Server::Http::answer(const Endpoint& endpoint, httplib::Response& response,
+void Server::Http::answer(const Endpoint& endpoint, const httplib::Request& request, httplib::Response& response,
                           const httplib::ContentReader& readContent) {
+  if (isEncoded(request))
+    return refuseBody(response, kUnsupported);
   std::string body;
-  bool isTooLarge = false;
+  Share share(bodies, limits.allBodies);
+  int refusal = 0;
   const bool isWhole = readContent([&](const char* data, std::size_t size) {
-    isTooLarge = isTooLarge || size > greatestBody - body.size();
-    if (!isTooLarge)
+    if (refusal == 0 && size > limits.body - body.size())
+      refusal = kTooLarge;
+    if (refusal == 0 && !share.grow(size))
+      refusal = kBusy;
+    if (refusal == 0)
       body.append(data, size);
     return true; // what is too much is read and dropped, so that the caller comes to read the answer
   });
   // The library reads past a body whose announced length is too large, and sets this status.
-  isTooLarge = isTooLarge || response.status == kTooLarge;
-  if (isWhole && !isTooLarge)
+  if (response.status == kTooLarge)
+    refusal = kTooLarge;
+  if (refusal == 0 && !isWhole)
+    refusal = kBadRequest;
+  if (refusal == 0)
     set(response, service.answer(endpoint, std::move(body)), kXml);
   else
-    refuseBody(response, isTooLarge);
+    refuseBody(response, refusal);
 }
 
 void Server::Http::route(const Endpoint& endpoint) {
-  server.Post(std::string(endpoint.path),
-              [this, endpoint](const httplib::Request&, httplib::Response& response,
-                               const httplib::ContentReader& readContent) { answer(endpoint, response, readContent); });
+  server.Post(std::string(endpoint.path), [this, endpoint](const httplib::Request& request, httplib::Response& response,
+                                                           const httplib::ContentReader& readContent) {
+    answer(endpoint, request, response, readContent);
+  });
 }
 
 int Server::Http::bind(const std::string& host, int port) {
@@ -132,12 +199,8 @@ int Server::Http::bind(const std::string& host, int port) {
   return server.bind_to_port(host, port) ? port : -1;
 }
 
-Server::Server(ImportService& service, std::size_t greatestBody)
-    : m_http(std::make_unique<Http>(service, greatestBody)) {
+Server::Server(ImportService& service, const Limits& limits) : m_http(std::make_unique<Http>(service, limits)) {
   httplib::Server& server = m_http->server;
-  server.set_payload_max_length(greatestBody);
-  server.set_read_timeout(kReadSeconds);
-  server.set_keep_alive_timeout(kKeepAliveSeconds);
   server.set_socket_options(setSocketOptions);
   m_http->route(kSecured);
   m_http->route(kUnsecured);
@@ -162,6 +225,7 @@ void Server::start(const std::string& host, int port) {
   if (bound < 0)
     throw StartError(ExitCode::unavailable,
                      "Cannot listen at " + urlOf(host, port) + ": the address is in use or not of this machine.");
+  m_http->server.widenQueue();
   m_http->url = urlOf(host, bound);
   m_http->thread = std::thread([http = m_http.get()] {
     http->server.listen_after_bind();

@@ -1,22 +1,19 @@
 #pragma once
 
 #include "import_service/ImportService.h"
+#include "import_service/Limits.h"
 
-#include <cstddef>
 #include <memory>
 #include <string>
 
 namespace imex::import_service {
 
-/// A longer body is answered with the status 413 and not kept: 256 MiB.
-inline constexpr std::size_t kGreatestBody = 256UL * 1024 * 1024;
-
 /// The service on HTTP: POST to the two addresses, GET of /health. Another method at these is answered with 405, any
-/// other path with 404. It serves on threads of its own from start() to stop().
+/// other path with 404, a body in a content encoding with 415. It serves on threads of its own from start() to stop().
 class Server {
  public:
   /// The service must outlive the server.
-  explicit Server(ImportService& service, std::size_t greatestBody = kGreatestBody);
+  explicit Server(ImportService& service, const Limits& limits = {});
 
   /// Stops.
   ~Server();
@@ -28,7 +25,8 @@ class Server {
   /// "http://127.0.0.1:41234", after start().
   const std::string& url() const;
 
-  /// Takes no new requests, waits until those at work are answered, and returns. A second call does nothing.
+  /// Takes no new requests, waits until those at work are answered or have run out of their time, and returns. A second
+  /// call does nothing.
   void stop();
 
  private:

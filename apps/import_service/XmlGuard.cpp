@@ -65,6 +65,7 @@ class Guard {
   void walk();
 
  private:
+  void countPiece();
   void takeText(std::size_t end);
   void takeReference();
   void takeMarkup();
@@ -78,6 +79,7 @@ class Guard {
   std::size_t m_at = 0;
   int m_depth = 0;
   int m_roots = 0;
+  int m_pieces = 0;
 };
 
 void Guard::walk() {
@@ -96,6 +98,12 @@ void Guard::walk() {
     refuse("an element without its end", m_at);
   if (m_roots == 0)
     refuse("no element", m_at);
+}
+
+void Guard::countPiece() {
+  if (++m_pieces > kMostPieces)
+    throw ClientFault("The request has more than " + std::to_string(kMostPieces) +
+                      " elements, attributes and comments.");
 }
 
 void Guard::takeText(std::size_t end) {
@@ -120,6 +128,8 @@ void Guard::takeReference() {
 }
 
 void Guard::takeMarkup() {
+  if (!startsWith("</"))
+    countPiece();
   if (startsWith("<?"))
     skipBehind("?>", "an instruction without its end");
   else if (startsWith("<!--"))
@@ -156,6 +166,7 @@ void Guard::takeStartTag() {
 
 /// Leaves m_at at the closing quote.
 void Guard::takeAttributeValue(char quote) {
+  countPiece();
   const std::size_t start = m_at++;
   // The root's own attributes are inside the root.
   ++m_depth;

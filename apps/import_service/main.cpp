@@ -46,11 +46,13 @@ void report(std::string_view text) {
   std::cerr << kName << text << '\n' << std::flush;
 }
 
-void openStore(std::optional<Store>& store, const std::string& url) {
+void openStore(std::optional<Store>& store, const StoreUrl& url) {
   try {
-    store.emplace(StoreUrl::parse(url));
+    store.emplace(url);
+  } catch (const StoreUnreachable& error) {
+    throw StartError(ExitCode::storeFailed, "The store " + std::string(error.what()) + '.');
   } catch (const StoreError& error) {
-    throw StartError(ExitCode::storeFailed, "The store " + url + " cannot be opened: " + error.what() + '.');
+    throw StartError(ExitCode::storeFailed, "The store " + url.shown + " cannot be opened: " + error.what() + '.');
   }
 }
 
@@ -59,7 +61,7 @@ void announce(const Server& server, const Options& options) {
             << kName << "secured address " << server.url() << kSecured.path
             << " (users: " << (options.users.empty() ? "none" : listed(options.users)) << ")\n"
             << kName << "unsecured address " << server.url() << kUnsecured.path << '\n'
-            << kName << "store " << options.store << '\n'
+            << kName << "store " << StoreUrl::parse(options.store).shown << '\n'
             << std::flush;
 }
 
@@ -67,7 +69,7 @@ void serve(const Options& options) {
   const StopSignals signals;
   Formats formats = loadFormats(options.applicationDirectory);
   std::optional<Store> store;
-  openStore(store, options.store);
+  openStore(store, StoreUrl::parse(options.store));
   ImportService service(std::move(formats), Users(options.users.begin(), options.users.end()), *store, report);
   Server server(service);
   server.start(options.host, options.port);

@@ -139,6 +139,36 @@ TEST_F(ImportServiceTest, aRequestThatIsWrong_isAClientFault) {
   EXPECT_EQ(rows(), Rows{});
 }
 
+TEST_F(ImportServiceTest, controlCharactersOfARequest_areSpelledOutInTheLog) {
+  RequestParts parts = customers({"C1|ACME|"});
+  parts.userId = "a\n/secured: \x7F\xE2\x80\xAE\tb";
+  send(parts, kSecured, 500);
+  EXPECT_EQ(log, Texts{R"(/secured: refused: The user "a\u{A}/secured: \u{7F}\u{202E}\u{9}b" is not known.)"});
+}
+
+TEST_F(ImportServiceTest, aLongNameInARequest_isShownInPartOnly) {
+  const std::string name(100'000, 'n');
+  const std::string xml = replaced(requestXml(customers({"C1|ACME|"})), "<LINES>", "<LINES><" + name + "/>");
+  const std::string shown = "LINES holds the element " + std::string(40, 'n') + "... where only LINE is expected.";
+  EXPECT_EQ(element(service.answer(kSecured, xml).body, "faultstring"), shown);
+  EXPECT_EQ(log, Texts{"/secured: refused: " + shown});
+}
+
+TEST_F(ImportServiceTest, moreVerdictsThanCanBeReported_areAFault) {
+  const RequestParts parts = customers({"||", "||"});
+  constexpr std::size_t kTexts = 4 * std::string_view("Code is required but is empty.").size();
+  for (const std::size_t limit : {kTexts - 1, kTexts, kTexts + 1}) {
+    ImportService limited(
+        smallFormats(), {"agent1"}, store, [](const std::string&) {}, limit);
+    const Answer answer = limited.answer(kSecured, requestXml(parts));
+    EXPECT_EQ(answer.status, limit < kTexts ? 500 : 200) << limit;
+    if (limit < kTexts) {
+      EXPECT_EQ(element(answer.body, "faultstring"),
+                "The file has more errors and warnings than can be reported, and nothing was imported.");
+    }
+  }
+}
+
 TEST_F(ImportServiceTest, aFormatThatDoesNotExist_isAClientFault) {
   RequestParts parts = customers({"C1|ACME|"});
   parts.dataOrigin = "HALVIK";

@@ -1,3 +1,4 @@
+#include "apps/import_service/Program.h"
 #include "apps/import_service/requests.h"
 #include "support/TemporaryFolder.h"
 
@@ -5,107 +6,11 @@
 #include <httplib.h>
 
 #include <csignal>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <array>
-#include <vector>
+#include <utility>
 
 namespace imex::import_service::test {
 
 using imex::test::TemporaryFolder;
-
-const std::string kShare = IMEX_SOURCE_DIR "/share";
-
-/// The program in a process of its own, its standard output and standard error in pipes.
-class Program {
- public:
-  explicit Program(std::vector<std::string> arguments);
-  ~Program() { stop(SIGKILL); }
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
-
-  /// The next line of standard output, read as soon as it is there; empty at the end.
-  std::string line();
-
-  /// Waits for the end and returns the exit code; -1 where the program was killed.
-  int wait();
-
-  void stop(int signal);
-
-  /// All of standard error, after wait().
-  std::string errors() const;
-
- private:
-  [[noreturn]] void run(std::vector<std::string>& arguments, int output, int errorOutput);
-
-  pid_t m_process = -1;
-  std::array<int, 2> m_output{};
-  std::array<int, 2> m_errors{};
-};
-
-Program::Program(std::vector<std::string> arguments) {
-  EXPECT_EQ(pipe(m_output.data()), 0);
-  EXPECT_EQ(pipe(m_errors.data()), 0);
-  m_process = fork();
-  EXPECT_GE(m_process, 0);
-  if (m_process == 0)
-    run(arguments, m_output[1], m_errors[1]);
-  close(m_output[1]);
-  close(m_errors[1]);
-}
-
-void Program::run(std::vector<std::string>& arguments, int output, int errorOutput) {
-  std::string name = IMPORT_SERVICE_PROGRAM;
-  std::vector<char*> argv{name.data()};
-  for (std::string& argument : arguments)
-    argv.push_back(argument.data());
-  argv.push_back(nullptr);
-  dup2(output, STDOUT_FILENO);
-  dup2(errorOutput, STDERR_FILENO);
-  execv(name.c_str(), argv.data());
-  _exit(127);
-}
-
-std::string Program::line() {
-  std::string text;
-  for (char c = 0; read(m_output[0], &c, 1) == 1 && c != '\n';)
-    text += c;
-  return text;
-}
-
-int Program::wait() {
-  int status = 0;
-  EXPECT_EQ(waitpid(m_process, &status, 0), m_process);
-  m_process = -1;
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-void Program::stop(int signal) {
-  if (m_process > 0)
-    kill(m_process, signal);
-  if (m_process > 0 && signal == SIGKILL)
-    wait();
-}
-
-std::string Program::errors() const {
-  std::string text;
-  for (char c = 0; read(m_errors[0], &c, 1) == 1;)
-    text += c;
-  return text;
-}
-
-/// The exit code and the standard error of a start that fails.
-std::pair<int, std::string> failure(std::vector<std::string> arguments) {
-  Program program(std::move(arguments));
-  const int code = program.wait();
-  return {code, program.errors()};
-}
-
-std::string behind(const std::string& text, const std::string& start) {
-  EXPECT_EQ(text.substr(0, start.size()), start);
-  return text.substr(std::min(start.size(), text.size()));
-}
 
 TEST(ImportServiceProgram, aStart_isAnnouncedAndASignalEndsIt) {
   const TemporaryFolder folder;
@@ -153,7 +58,7 @@ TEST(ImportServiceProgram, aStartThatFails_hasItsExitCodeAndItsReason) {
   EXPECT_EQ(failure({"--port", "x"}).first, 64);
   EXPECT_EQ(failure({"--app-dir", kShare, "--store", "rows.db"}),
             Failure(64, "import-service: The store \"rows.db\" is of no database system that this program knows; give "
-                        "sqlite://PATH or sqlite://:memory:.\n"));
+                        "sqlite://PATH, sqlite://:memory: or postgresql://USER@HOST/DATABASE.\n"));
   EXPECT_EQ(failure({"--app-dir", folder.path().string()}),
             Failure(66, "import-service: " + (folder / "docs/columns.json") +
                             ": Path not found (the application directory is the folder that holds docs)\n"));

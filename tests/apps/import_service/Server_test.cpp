@@ -8,6 +8,7 @@
 #include <httplib.h>
 
 #include <arpa/inet.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -32,7 +33,7 @@ class ServerTest : public testing::Test {
   void start() {
     store.emplace(StoreUrl::parse("sqlite://" + (folder / "rows.db")));
     service.emplace(smallFormats(), Users{"agent1", "agent2"}, *store, [](const std::string&) {});
-    server.emplace(*service, kSmallBody);
+    server.emplace(*service, limits);
     server->start("127.0.0.1", 0);
   }
 
@@ -68,6 +69,13 @@ class ServerTest : public testing::Test {
     return parts;
   }
 
+  static Limits smallLimits() {
+    Limits limits;
+    limits.body = kSmallBody;
+    return limits;
+  }
+
+  Limits limits = smallLimits();
   TemporaryFolder folder;
   std::optional<Store> store;
   std::optional<ImportService> service;
@@ -209,21 +217,51 @@ TEST_F(ServerTest, aBodyInChunks_isMeasuredTheSame) {
   EXPECT_EQ(element(longer->body, "faultstring"), "The request has more than 2000 bytes.");
 }
 
+/// A connection of one's own, to send what no client sends.
+class Connection {
+ public:
+  explicit Connection(int port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(connect(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  }
+  ~Connection() { close(m_socket); }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  /// False where the server takes no more.
+  bool send(const std::string& bytes) const {
+    return ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
+  }
+
+  /// Sends the text byte by byte, each when nothing has come back for a few milliseconds, until something does.
+  void dribble(const std::string& text) const {
+    pollfd incoming{m_socket, POLLIN, 0};
+    for (const char byte : text)
+      if (poll(&incoming, 1, 5) != 0 || !send(std::string(1, byte)))
+        return;
+  }
+
+  /// All that comes back until the server closes the connection.
+  std::string rest() const {
+    std::string answer;
+    std::array<char, 1024> buffer{};
+    for (ssize_t size = 1; size > 0; answer.append(buffer.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))))
+      size = recv(m_socket, buffer.data(), buffer.size(), 0);
+    return answer;
+  }
+
+ private:
+  int m_socket = socket(AF_INET, SOCK_STREAM, 0);
+};
+
 /// Sends these bytes and returns all that comes back until the server closes the connection.
 std::string exchange(int port, const std::string& bytes) {
-  const int connection = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(static_cast<std::uint16_t>(port));
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  EXPECT_EQ(connect(connection, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-  EXPECT_EQ(send(connection, bytes.data(), bytes.size(), 0), static_cast<ssize_t>(bytes.size()));
-  std::string answer;
-  std::array<char, 1024> buffer{};
-  for (ssize_t size = 1; size > 0; answer.append(buffer.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))))
-    size = recv(connection, buffer.data(), buffer.size(), 0);
-  close(connection);
-  return answer;
+  const Connection connection(port);
+  EXPECT_TRUE(connection.send(bytes));
+  return connection.rest();
 }
 
 TEST_F(ServerTest, aBodyThatCannotBeRead_isRefused) {
@@ -233,8 +271,134 @@ TEST_F(ServerTest, aBodyThatCannotBeRead_isRefused) {
   EXPECT_EQ(element(answer, "faultstring"), "The body of the request cannot be read.");
 }
 
+TEST_F(ServerTest, aBodyInAContentEncoding_isRefusedUnread) {
+  const std::string head =
+      " HTTP/1.1\r\nHost: localhost\r\nContent-Encoding: gzip\r\nContent-Length: 5\r\n\r\n\x1F\x8B...";
+  const std::string answer = exchange(port(), "POST /secured" + head);
+  EXPECT_EQ(answer.substr(0, 13), "HTTP/1.1 415 ");
+  EXPECT_EQ(element(answer, "faultstring"), "The request must be sent without a content encoding.");
+  EXPECT_EQ(exchange(port(), "POST /elsewhere" + head).substr(0, 13), "HTTP/1.1 404 ");
+}
+
+TEST_F(ServerTest, theHead_isLimited) {
+  limits.head = 500;
+  restart();
+  const std::string start = "GET /health HTTP/1.1\r\nConnection: close\r\nX: ";
+  const std::string end = "\r\n\r\n";
+  const auto answerTo = [&](std::size_t size) {
+    return exchange(port(), start + std::string(size - start.size() - end.size(), 'x') + end).substr(0, 13);
+  };
+  EXPECT_EQ(answerTo(499), "HTTP/1.1 200 ");
+  EXPECT_EQ(answerTo(500), "HTTP/1.1 200 ");
+  EXPECT_EQ(answerTo(501), "HTTP/1.1 400 ");
+}
+
+TEST_F(ServerTest, aBodyWithoutEnd_isGivenUp) {
+  const Connection connection(port());
+  connection.send("POST /secured HTTP/1.1\r\nHost: localhost\r\nTransfer-Encoding: chunked\r\n\r\n");
+  const std::string chunk = "400\r\n" + std::string(0x400, 'x') + "\r\n";
+  while (connection.send(chunk)) {
+  }
+  EXPECT_TRUE(client().Get("/health"));
+}
+
+TEST_F(ServerTest, bodiesTogether_areLimited) {
+  const std::string request = requestOfSize(1'000);
+  for (const std::size_t limit : {999U, 1'000U, 1'001U}) {
+    limits.allBodies = limit;
+    restart();
+    const httplib::Response response = post("/secured", request);
+    EXPECT_EQ(response.status, limit < 1'000 ? 503 : 200) << limit;
+    if (limit < 1'000) {
+      EXPECT_EQ(element(response.body, "faultstring"),
+                "Nothing was imported: the service is busy. Send the file again later.");
+    }
+  }
+}
+
+TEST_F(ServerTest, aConnectionTooMany_isTurnedAwayUntilOneEnds) {
+  limits.connections = 2;
+  restart();
+  const Connection first(port());
+  std::optional<Connection> second(port());
+  const std::string busy = Connection(port()).rest();
+  EXPECT_EQ(busy.substr(0, 34), "HTTP/1.1 503 Service Unavailable\r\n");
+  EXPECT_EQ(element(busy, "faultcode"), "SOAP-ENV:Server");
+  EXPECT_EQ(element(busy, "faultstring"), "Nothing was imported: the service is busy. Send the file again later.");
+  second.reset();
+  httplib::Result answer = client().Get("/health");
+  while (!answer || answer->status == 503)
+    answer = client().Get("/health");
+  EXPECT_EQ(answer->status, 200);
+}
+
+/// A client that sends a little now and then, for ever.
+class SlowClientTest : public ServerTest {
+ protected:
+  SlowClientTest() {
+    limits.patience = std::chrono::milliseconds(200);
+    limits.connections = 1;
+    restart();
+  }
+
+  /// The one connection that there is can be had again.
+  void expectToBeServed() const {
+    httplib::Result answer = client().Get("/health");
+    while (!answer || answer->status == 503)
+      answer = client().Get("/health");
+    EXPECT_EQ(answer->status, 200);
+  }
+};
+
+TEST_F(SlowClientTest, thatSendsNothing_isCutOff) {
+  EXPECT_EQ(Connection(port()).rest(), "");
+  expectToBeServed();
+}
+
+TEST_F(SlowClientTest, inTheHead_isCutOff) {
+  const Connection connection(port());
+  connection.send("GET /health HTTP/1.1\r\nX: ");
+  connection.dribble(std::string(1'900, 'x'));
+  EXPECT_EQ(connection.rest().substr(0, 13), "HTTP/1.1 400 ");
+  expectToBeServed();
+}
+
+TEST_F(SlowClientTest, inTheBody_isToldAndCutOff) {
+  const Connection connection(port());
+  connection.send("POST /secured HTTP/1.1\r\nHost: localhost\r\nContent-Length: 1999\r\n\r\n");
+  connection.dribble(std::string(1'900, 'x'));
+  const std::string answer = connection.rest();
+  EXPECT_EQ(answer.substr(0, 13), "HTTP/1.1 400 ");
+  EXPECT_EQ(element(answer, "faultstring"), "The body of the request cannot be read.");
+  expectToBeServed();
+}
+
+TEST_F(SlowClientTest, thatKeepsItsPace_isServed) {
+  limits.leastBytesPerSecond = 1;
+  restart();
+  const std::string body = requestOfSize(900);
+  const Connection connection(port());
+  connection.send("POST /secured HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\nContent-Length: 900\r\n\r\n");
+  // Each byte earns a second; together they take far longer than the patience.
+  connection.dribble(body);
+  EXPECT_EQ(connection.rest().substr(0, 13), "HTTP/1.1 200 ");
+}
+
+TEST_F(SlowClientTest, thatDoesNotTakeItsAnswer_isCutOff) {
+  limits.body = 16UL * 1024 * 1024;
+  limits.leastBytesPerSecond = 1'000'000'000;
+  restart();
+  RequestParts parts;
+  parts.lines.assign(200'000, "C1|A");
+  const std::string body = requestXml(parts);
+  const Connection connection(port());
+  connection.send("POST /secured HTTP/1.1\r\nHost: localhost\r\nContent-Length: " + std::to_string(body.size()) +
+                  "\r\n\r\n" + body);
+  expectToBeServed();
+}
+
 TEST_F(ServerTest, clientsAtTheSameTime_areAllServed) {
-  constexpr int kClients = 8;
+  constexpr int kClients = 64;
   std::vector<std::thread> clients;
   clients.reserve(kClients);
   for (int i = 0; i < kClients; ++i)
@@ -243,7 +407,7 @@ TEST_F(ServerTest, clientsAtTheSameTime_areAllServed) {
     });
   for (std::thread& thread : clients)
     thread.join();
-  EXPECT_EQ(health(), "{\"rows\":{\"CUSTOMERAGENT\":8},\"status\":\"ok\"}\n");
+  EXPECT_EQ(health(), "{\"rows\":{\"CUSTOMERAGENT\":64},\"status\":\"ok\"}\n");
 }
 
 TEST_F(ServerTest, aPortInUse_isRefused) {

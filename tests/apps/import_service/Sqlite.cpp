@@ -20,6 +20,7 @@ int addRow(void* rows, int count, char** values, char**) {
 
 Sqlite::Sqlite(const std::string& path) {
   EXPECT_EQ(sqlite3_open(path.c_str(), &m_connection), SQLITE_OK) << path;
+  sqlite3_busy_timeout(m_connection, 5'000);
 }
 
 Sqlite::~Sqlite() {

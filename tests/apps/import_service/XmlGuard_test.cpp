@@ -79,6 +79,7 @@ std::string nested(int depth) {
 }
 
 TEST(XmlGuard, nesting_isLimited) {
+  requireSoundXml(nested(kDeepestElement - 1));
   requireSoundXml(nested(kDeepestElement));
   EXPECT_EQ(faultText([] { requireSoundXml(nested(kDeepestElement + 1)); }),
             "The request has elements more than 32 deep.");
@@ -87,6 +88,25 @@ TEST(XmlGuard, nesting_isLimited) {
   for (int i = 0; i < 100; ++i)
     many += "<b/><c></c>";
   requireSoundXml(many + "</a>");
+}
+
+std::string repeatedInside(std::string_view piece, int count) {
+  std::string xml = "<r>";
+  for (int i = 0; i < count; ++i)
+    xml += piece;
+  return xml + "</r>";
+}
+
+TEST(XmlGuard, width_isLimited) {
+  const std::string fault = "The request has more than 2000000 elements, attributes and comments.";
+  // The root counts too.
+  for (const std::string_view piece : {"<a/>", "<!---->", "<?a?>", "<![CDATA[]]>", "<a></a>"}) {
+    requireSoundXml(repeatedInside(piece, kMostPieces - 2));
+    requireSoundXml(repeatedInside(piece, kMostPieces - 1));
+    EXPECT_EQ(faultText([&] { requireSoundXml(repeatedInside(piece, kMostPieces)); }), fault) << piece;
+  }
+  requireSoundXml(repeatedInside("<a b=''/>", (kMostPieces - 1) / 2));
+  EXPECT_EQ(faultText([&] { requireSoundXml(repeatedInside("<a b=''/>", kMostPieces / 2)); }), fault);
 }
 
 } // namespace imex::import_service::test

@@ -36,4 +36,13 @@ TEST(wording, aJsonArray_escapesWhatJsonAsksFor) {
   EXPECT_EQ(jsonArray({"\xFF"}), "[\"\xEF\xBF\xBD\"]");
 }
 
+TEST(Wording, printable_spellsOutWhatALogMustNotHave) {
+  EXPECT_EQ(printable("plain \xC3\x89 \xF0\x9F\x98\x80 ~ "), "plain \xC3\x89 \xF0\x9F\x98\x80 ~ ");
+  EXPECT_EQ(printable(std::string("a\0b", 3)), "a\\u{0}b");
+  EXPECT_EQ(printable("\x1F \x7E\x7F\xC2\x80\xC2\x9F\xC2\xA0"), "\\u{1F} \x7E\\u{7F}\\u{80}\\u{9F}\xC2\xA0");
+  EXPECT_EQ(printable("\xE2\x80\xA7\xE2\x80\xA8\xE2\x80\xAE\xE2\x80\xAF"),
+            "\xE2\x80\xA7\\u{2028}\\u{202E}\xE2\x80\xAF");
+  EXPECT_EQ(printable("\xFF\xC3"), "\\x{FF}\\x{C3}");
+}
+
 } // namespace imex::import_service::test
