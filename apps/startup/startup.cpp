@@ -1,16 +1,15 @@
 #include "startup/startup.h"
 
+#include "platform/system/system.h"
+
 #include <filesystem>
 #include <locale>
-#include <stdexcept>
 
 namespace imex {
 
 void useLocaleOfUser() {
-  try {
-    std::locale::global(std::locale(""));
-  } catch (const std::runtime_error&) { // there is no such locale on this machine
-  }
+  std::locale::global(platform::system::userLocale());
+  platform::system::prepareConsole();
 }
 
 std::string absolutePath(const std::string& path) {

@@ -6,8 +6,8 @@ namespace imex {
 
 // What every program does before it uses the component.
 
-/// Lets numbers in files be read by the rules of the user's locale. Where the environment names an unknown one, those
-/// of the classic locale hold.
+/// Lets numbers in files be read by the rules of the user's locale, and UTF-8 appear as it is on a console. Where the
+/// environment names an unknown locale, the rules of the classic one hold.
 void useLocaleOfUser();
 
 /// A path of the command line or of the settings in full, because the component changes the current directory; without

@@ -1,0 +1,171 @@
+#include "Import.h"
+#include "platform/files/DiskFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <optional>
+
+#include <sys/mount.h>
+#include <sys/resource.h>
+
+namespace imex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A small file system in memory, mounted at a folder for the life of the object. Only a superuser can have one.
+class SmallFileSystem {
+ public:
+  SmallFileSystem(fs::path folder, const std::string& options) : m_folder(std::move(folder)) {
+    fs::create_directories(m_folder);
+    m_isMounted = ::mount("tmpfs", m_folder.c_str(), "tmpfs", 0, options.c_str()) == 0;
+    m_problem = m_isMounted ? "" : std::strerror(errno);
+  }
+  ~SmallFileSystem() {
+    if (m_isMounted)
+      ::umount2(m_folder.c_str(), MNT_DETACH);
+  }
+  SmallFileSystem(const SmallFileSystem&) = delete;
+  SmallFileSystem& operator=(const SmallFileSystem&) = delete;
+
+  void makeReadOnly() const {
+    ASSERT_EQ(0, ::mount("tmpfs", m_folder.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr));
+  }
+
+  bool isMounted() const { return m_isMounted; }
+  const std::string& problem() const { return m_problem; }
+
+ private:
+  fs::path m_folder;
+  bool m_isMounted = false;
+  std::string m_problem;
+};
+
+/// The greatest size that the process may give a file, for the life of the object.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &m_before);
+    const rlimit limit{bytes, m_before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() {
+    ::setrlimit(RLIMIT_FSIZE, &m_before);
+    std::signal(SIGXFSZ, m_handler);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  rlimit m_before = {};
+  void (*m_handler)(int);
+};
+
+/// Imports whose results page has to go where it cannot.
+class FileSystemFaults : public testing::Test {
+ protected:
+  FileSystemFaults() : golden(trial.run()), page(trial.page()) {}
+
+  /// The verdict is shown all the same, and the user hears of the page.
+  void expectVerdictWithoutPage(ErrorNumber number) {
+    Texts promised = withoutPage(golden);
+    promised.insert(promised.begin() + 1, kPageFailed);
+    EXPECT_EQ(promised, withoutPage(trial.run()));
+    ASSERT_EQ(1u, trial.errors.size());
+    EXPECT_TRUE(trial.errors.front().starts_with(std::to_string(static_cast<int>(number)) + ' '))
+        << trial.errors.front();
+    EXPECT_TRUE(trial.isTidy());
+  }
+
+  void expectRightAgain() {
+    EXPECT_EQ(golden, trial.run());
+    EXPECT_EQ(Texts{}, trial.errors);
+  }
+
+  void useDirectory(const std::string& directory) { trial.request.Directory(directory); }
+
+  Import trial{wayNamed("send")};
+  const Texts golden;
+  const std::string page;
+};
+
+TEST_F(FileSystemFaults, fullFileSystem_isDiskFull_andThePageIsABeginning) {
+  const fs::path folder = trial.host.folder.path() / "small";
+  const SmallFileSystem small(folder, "size=64k");
+  if (!small.isMounted())
+    GTEST_SKIP() << "no file system of our own: " << small.problem();
+  useDirectory(folder.string() + "/");
+  expectVerdictWithoutPage(ErrorNumber::diskFull);
+  const std::string begun = readFile(folder / "validationresults.html");
+  EXPECT_TRUE(page.starts_with(begun));
+  EXPECT_LT(begun.size(), page.size());
+  useDirectory(trial.host.folder / "out/");
+  expectRightAgain();
+}
+
+TEST_F(FileSystemFaults, fileSystemWithoutRoomForAName_isDiskFull) {
+  const fs::path folder = trial.host.folder.path() / "small";
+  const SmallFileSystem small(folder, "nr_inodes=1");
+  if (!small.isMounted())
+    GTEST_SKIP() << "no file system of our own: " << small.problem();
+  useDirectory(folder.string() + "/");
+  expectVerdictWithoutPage(ErrorNumber::diskFull);
+  useDirectory(trial.host.folder / "out/");
+  expectRightAgain();
+}
+
+TEST_F(FileSystemFaults, readOnlyFileSystem_isPermissionDenied_alsoForTheSuperuser) {
+  const fs::path folder = trial.host.folder.path() / "small";
+  const SmallFileSystem small(folder, "size=64k");
+  if (!small.isMounted())
+    GTEST_SKIP() << "no file system of our own: " << small.problem();
+  small.makeReadOnly();
+  useDirectory(folder.string() + "/");
+  expectVerdictWithoutPage(ErrorNumber::permissionDenied);
+  useDirectory(trial.host.folder / "out/");
+  expectRightAgain();
+}
+
+TEST_F(FileSystemFaults, folderThatTheKernelOwns_isPermissionDenied) {
+  useDirectory("/sys/");
+  expectVerdictWithoutPage(ErrorNumber::permissionDenied);
+  useDirectory(trial.host.folder / "out/");
+  expectRightAgain();
+}
+
+TEST_F(FileSystemFaults, fileLargerThanTheProcessMayWrite_isDiskFull_andThePageIsABeginning) {
+  {
+    const FileSizeLimit limit(4096);
+    expectVerdictWithoutPage(ErrorNumber::diskFull);
+  }
+  const std::string begun = readFile(trial.pagePath());
+  EXPECT_EQ(page.substr(0, 4096), begun);
+  expectRightAgain();
+}
+
+TEST_F(FileSystemFaults, missingFolder_isPathNotFound) {
+  useDirectory(trial.host.folder / "nowhere/");
+  expectVerdictWithoutPage(ErrorNumber::pathNotFound);
+  useDirectory(trial.host.folder / "out/");
+  expectRightAgain();
+}
+
+TEST_F(FileSystemFaults, importFileOnAFullReadOnlyFileSystem_isReadAsAnyOther) {
+  const fs::path folder = trial.host.folder.path() / "small";
+  const SmallFileSystem small(folder, "size=512k");
+  if (!small.isMounted())
+    GTEST_SKIP() << "no file system of our own: " << small.problem();
+  const std::string copy = trial.host.folder.write("small/import.txt", wayNamed("send").file);
+  small.makeReadOnly();
+  trial.request.CheckedFileName(copy);
+  expectRightAgain();
+  EXPECT_EQ(wayNamed("send").file, readFile(copy));
+}
+
+} // namespace
+} // namespace imex::test
