@@ -188,11 +188,10 @@ TEST(MemoryFaultsOfTheCatalogue, eachAllocationFailed_isTheBoxOfTheCatalogueOrAL
   std::cout << "allocations failed: " << count - 1 << '\n';
 }
 
-// --- Folders
-// -------------------------------------------------------------------------------------------------------------
+// --- Folders ---------------------------------------------------------------------------------------------------------
 
-// The library's directory iterator makes the path of an entry where it may not raise, which ends the process.
-TEST(MemoryFaultsOfFolders, DISABLED_eachAllocationFailed_isAnErrorOfMemoryOrANewFile) {
+/// The standard library's directory iterator would end the process here.
+TEST(MemoryFaultsOfFolders, eachAllocationFailed_isAnErrorOfMemoryOrANewFile) {
   const TemporaryFolder folder;
   const std::string path = folder / "a new file with a name that is longer than what fits into a string itself.txt";
   folder.write("another file that is in the folder already and has a long name.txt", "");

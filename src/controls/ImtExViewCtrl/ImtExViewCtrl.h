@@ -17,8 +17,8 @@ class ImtExViewCtrl;
 /// shown in a box; the list then stays as far as it was laid out. The source of trace lines is the control's
 /// objectName() at that time, which is "ImtExViewCtrl".
 ///
-/// Keys. Tab goes through the fields, the button and the list. Alt with the marked letter of a caption goes to its
-/// field. Child widgets: "MSFlexGrid1", "txtJobName", "Text2" to "Text6", "Label1" to "Label6", "cmdSearch".
+/// Keys. Tab goes through the fields, the button and the list. Child widgets: "MSFlexGrid1", "txtJobName", "Text2" to
+/// "Text6", "Label1" to "Label6", "cmdSearch".
 class ImtExViewCtrl : public QWidget {
   Q_OBJECT
 

@@ -39,9 +39,10 @@ QColor frameColor(const QPalette& palette) {
   return contrast(highlight, palette.color(QPalette::Base)) >= kSeen ? highlight : palette.color(QPalette::Text);
 }
 
+/// Not red, because a message may also say that all went well.
 QColor messageColor(const QPalette& palette) {
   const bool isDark = luminance(palette.color(QPalette::Base)) < luminance(palette.color(QPalette::Text));
-  return isDark ? QColor(255, 120, 110) : QColor(190, 30, 30);
+  return isDark ? QColor(255, 190, 90) : QColor(176, 112, 0);
 }
 
 void tint(QPainter& painter, const QRect& area, QColor color, double strength) {

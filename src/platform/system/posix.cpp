@@ -6,10 +6,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <memory>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -69,6 +71,11 @@ int open(const fs::path& path, int flags) {
   return descriptor;
 }
 
+struct CloseFolder {
+  void operator()(DIR* folder) const { ::closedir(folder); }
+};
+using Folder = std::unique_ptr<DIR, CloseFolder>;
+
 /// The entry of `folder` whose name is `name` but for case; `name` itself where there is none or the exact one is
 /// there. Of several, the first by name, so that the answer does not depend on the folder's order.
 std::string nameInFolder(const fs::path& folder, const std::string& name) {
@@ -76,8 +83,10 @@ std::string nameInFolder(const fs::path& folder, const std::string& name) {
   if (fs::exists(fs::symlink_status(folder / name, ignored)))
     return name;
   std::string found;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder.empty() ? "." : folder, ignored)) {
-    std::string candidate = entry.path().filename().string();
+  // The standard library's iterator ends the program where it finds no memory.
+  const Folder entries(::opendir(folder.empty() ? "." : folder.c_str()));
+  while (const dirent* entry = entries ? ::readdir(entries.get()) : nullptr) {
+    std::string candidate = entry->d_name;
     if (equalsIgnoringCase(candidate, name) && (found.empty() || candidate < found))
       found = std::move(candidate);
   }
@@ -99,7 +108,7 @@ fs::path cacheDirectory() {
 
 fs::path nativePath(std::string_view path) {
   std::error_code ignored;
-  const fs::path asWritten{std::string(path)};
+  fs::path asWritten{std::string(path)};
   if (fs::exists(fs::symlink_status(asWritten, ignored)))
     return asWritten;
   // A new file in a folder that exists: the folder's name may hold a "\\" of its own.

@@ -3,12 +3,14 @@
 #include "desk/DeskHost.h"
 #include "desk/MainWindow.h"
 #include "desk/SettingsDialog.h"
+#include "platform/browser/WebBrowser.h"
 #include "support/TemporaryFolder.h"
 
 #include <QApplication>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QStyleFactory>
 #include <QTest>
 
@@ -22,6 +24,7 @@ using namespace imex::desk;
 
 constexpr QSize kWindow(940, 680);
 constexpr int kGreatestWait = 60'000; // milliseconds
+constexpr int kDrawingTime = 1000;
 
 QPalette darkPalette() {
   QPalette palette(QColor(45, 45, 48));
@@ -61,7 +64,7 @@ class Drawing {
     save(m_window, "quote");
     import(Page::order, "panelOrder", "order-items.txt");
     save(m_window, "order");
-    press(panel("panelOrder"), "cmdViewDocumentation");
+    viewDocumentation();
     save(m_window, "documents");
   }
 
@@ -87,6 +90,15 @@ class Drawing {
     m_window.showPage(page);
     panel(name).findChild<QLineEdit*>(QStringLiteral("txtFilePath"))->setText(QLatin1String(file));
     press(panel(name), "cmdImportExport");
+  }
+
+  /// The web engine paints a document some time after it has come.
+  void viewDocumentation() {
+    QSignalSpy loaded(m_window.findChild<platform::WebBrowser*>(), &platform::WebBrowser::loaded);
+    press(panel("panelOrder"), "cmdViewDocumentation");
+    if (!loaded.wait(kGreatestWait))
+      m_isComplete = false;
+    QTest::qWait(kDrawingTime);
   }
 
   void save(QWidget& widget, const char* name) {
