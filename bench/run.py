@@ -27,24 +27,38 @@ WORKS = (
 )
 IMPORT_GOAL = 2.5
 
+# The editor: work, what it is, and the goal for each of Qt's own ways to do it.
+EDITOR_WORKS = (
+    ("W5 open", "open the file until it is painted", "string model", 0.5),
+    ("W5 open", "the same", "QTableWidget", 0.15),
+    ("W5 save", "save it", "string model", 0.2),
+)
+MEMORY_GOAL = 0.55
 
-def run_benchmarks(program, quick):
+
+def run_program(program, quick):
     repetitions = 5 if quick else 15
     output = subprocess.run(
         [program, f"--benchmark_repetitions={repetitions}", "--benchmark_enable_random_interleaving=true",
          "--benchmark_min_time=0.05", "--benchmark_format=json"],
-        check=True, capture_output=True, text=True).stdout
-    result = json.loads(output)
-    times, user = {}, {}
-    for entry in result["benchmarks"]:
+        check=True, capture_output=True, text=True, env=os.environ | {"QT_QPA_PLATFORM": "offscreen"}).stdout
+    return json.loads(output)["benchmarks"]
+
+
+def run_benchmarks(binaries, quick):
+    """The medians of the times, of the processor's times, and of the bytes that an open editor holds."""
+    times, user, heap = {}, {}, {}
+    for entry in run_program(binaries / "imex_bench", quick) + run_program(binaries / "imex_editor_bench", quick):
         if entry["run_type"] == "iteration":
             if entry.get("error_occurred"):
                 raise SystemExit(f"{entry['name']}: {entry['error_message']}")
             work, size = re.fullmatch(r"(.*)/(\d+)/real_time", entry["run_name"]).groups()
             times.setdefault((work, int(size)), []).append(entry["real_time"])
             user.setdefault((work, int(size)), []).append(entry["cpu_time"])
-    medians = {key: statistics.median(values) for key, values in times.items()}
-    return medians, {key: statistics.median(values) for key, values in user.items()}
+            if "heap" in entry:
+                heap.setdefault((work, int(size)), []).append(entry["heap"])
+    return tuple({key: statistics.median(values) for key, values in measured.items()}
+                 for measured in (times, user, heap))
 
 
 def time_processes(binaries, folder, quick):
@@ -95,7 +109,21 @@ def verdict(ratio, goal):
     return "met" if ratio <= goal else f"missed by {ratio / goal - 1:.0%}"
 
 
-def table(times, user, processes):
+def editor_rows(times, user, heap):
+    last = SIZES[-1]
+    lines = []
+    for work, what, peer, goal in EDITOR_WORKS:
+        limit, theirs, ours = (times[f"{work}/{name}", last] for name in ("limit", peer, "ours"))
+        cpu = user[f"{work}/ours", last] / user[f"{work}/{peer}", last]
+        lines.append(f"| W5 {what} | {limit:.1f} ms | {peer} {theirs:.1f} ms | {ours:.1f} ms | {ours / theirs:.2f} | "
+                     f"{goal:.2f} | {verdict(ours / theirs, goal)} | {cpu:.2f} |")
+    theirs, ours = (heap[f"W5 open/{name}", last] / 2**20 for name in ("string model", "ours"))
+    lines.append(f"| W5 memory while it is open | | string model {theirs:.1f} MiB | {ours:.1f} MiB | "
+                 f"{ours / theirs:.2f} | {MEMORY_GOAL:.2f} | {verdict(ours / theirs, MEMORY_GOAL)} | |")
+    return lines
+
+
+def table(times, user, heap, processes):
     last = SIZES[-1]
     lines = ["| work | limit | peer | ours | ratio | goal | | ratio of user time |",
              "| --- | ---: | ---: | ---: | ---: | ---: | --- | ---: |"]
@@ -105,6 +133,7 @@ def table(times, user, processes):
         ratio = ours / theirs
         lines.append(f"| {work} {what} | {limit:.1f} ms | {peer} {theirs:.1f} ms | {ours:.1f} ms | {ratio:.2f} | "
                      f"{goal:.2f} | {verdict(ratio, goal)} | {cpu:.2f} |")
+    lines += editor_rows(times, user, heap)
     limit = times["import/limit", last]
     for road in ("send road", "instant road"):
         ours = times[f"import/{road}", last]
@@ -124,7 +153,8 @@ def table(times, user, processes):
 def growth(times):
     lines = ["| work | " + " | ".join(f"{size:,} lines" for size in SIZES) + " | per line, last to first |",
              "| --- |" + " ---: |" * (len(SIZES) + 1)]
-    for name in ("W1/ours", "W2/ours", "W3/ours", "W4/ours", "import/send road", "import/instant road"):
+    for name in ("W1/ours", "W2/ours", "W3/ours", "W4/ours", "W5 open/ours", "W5 save/ours",
+                 "import/send road", "import/instant road"):
         own = [times[name, size] for size in SIZES]
         per_line = (own[-1] / SIZES[-1]) / (own[0] / SIZES[0])
         lines.append(f"| {name} | " + " | ".join(f"{value:.2f} ms" for value in own) + f" | {per_line:.2f} |")
@@ -173,9 +203,9 @@ def write_paper(text):
 
 
 def measure(binaries, folder, quick):
-    times, user = run_benchmarks(binaries / "imex_bench", quick)
+    times, user, heap = run_benchmarks(binaries, quick)
     processes = time_processes(binaries, folder, quick)
-    text = f"Measured on {machine()}.\n\n{table(times, user, processes)}\n\n{growth(times)}\n"
+    text = f"Measured on {machine()}.\n\n{table(times, user, heap, processes)}\n\n{growth(times)}\n"
     print(text)
     if not quick:
         write_paper(text)
