@@ -6,6 +6,7 @@
 // the panel; the results page lies beside the file.
 
 #include "controls/ImExActionCtrl/ImExActionCtrl.h"
+#include "controls/ImExDocView/ImExDocView.h"
 #include "host/Application.h"
 #include "host/CurrentUser.h"
 #include "host/Services.h"
@@ -21,9 +22,7 @@
 #include "platform/soap/SoapTransportFactory.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QMainWindow>
-#include <QUrl>
 
 #include <iostream>
 
@@ -83,8 +82,12 @@ int main(int argc, char** argv) {
   auto* panel = new imex::ImExActionCtrl;
   window.setCentralWidget(panel);
   QObject::connect(panel, &imex::ImExActionCtrl::exitMaintenance, &window, &QWidget::close);
-  QObject::connect(panel, &imex::ImExActionCtrl::showDocs, [](QString& page) {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(page.replace(QLatin1Char('\\'), QLatin1Char('/'))));
+  // A window of its own for documents; it hides when the user presses OK.
+  imex::ImExDocView viewer;
+  QObject::connect(&viewer, &imex::ImExDocView::closed, &viewer, &QWidget::hide);
+  QObject::connect(panel, &imex::ImExActionCtrl::showDocs, &viewer, [&viewer](QString& page) {
+    viewer.showDoc(page);
+    viewer.show();
   });
   window.show();
   panel->initializeClientToServer();

@@ -3,7 +3,7 @@
 //   own_services APPLICATION-DIRECTORY FILE
 //
 // The file holds agent customers, separated by tabs. The "service" of this host is a function that turns away every
-// line without a postal code.
+// line without a contact.
 
 #include "host/Application.h"
 #include "host/CurrentUser.h"
@@ -26,7 +26,7 @@ namespace {
 
 using namespace imex;
 
-constexpr std::size_t kPostalCode = 8; // its column, from 1
+constexpr std::size_t kContact = 10; // its column, from 1
 
 // --- Trace log and boxes --------------------------------------------------------------------------------------------
 
@@ -118,7 +118,7 @@ class OwnServiceCall : public host::ServiceCall {
     Element& list = answer->add("importExportResultBean");
     int number = 0;
     for (const host::LineObject& line : request.bean.dataContainer->lines) {
-      const bool isGood = !ImExModule::Parse(line.value, 9)->item(kPostalCode).empty();
+      const bool isGood = !ImExModule::Parse(line.value, 9)->item(kContact).empty();
       hasErrors = hasErrors || !isGood;
       addVerdict(list, ++number, line.value, isGood);
     }
@@ -136,15 +136,15 @@ class OwnServiceCall : public host::ServiceCall {
     item.add("lineNumber", std::to_string(number));
     Element& errors = item.add("errors");
     if (!isGood)
-      errors.add("item", "The postal code is missing.");
+      errors.add("item", "The contact is missing.");
   }
 };
 
 int importFile(const std::filesystem::path& file) {
   ImExRequest request;
   request.ImportExport("IMPORT");
+  request.DataOrigin("AGENT"); // before DataType, which looks the format up
   request.DataType("CUSTOMER");
-  request.DataOrigin("AGENT");
   request.Delimiter("TAB");
   request.Schedule("INSTANT");
   request.CheckedFileName(file.string());
@@ -169,7 +169,9 @@ int main(int argc, char** argv) {
     std::cerr << "usage: own_services APPLICATION-DIRECTORY FILE\n";
     return 64;
   }
+  // Full paths, because the component changes the current directory.
   FixedSettings settings(std::filesystem::absolute(argv[1]).string());
+  const std::filesystem::path file = std::filesystem::absolute(argv[2]);
   platform::DiskFiles files;
   TerminalBox messageBox;
   OwnServiceCall serviceCall;
@@ -184,7 +186,7 @@ int main(int argc, char** argv) {
   host::install(services);
   try {
     ImExModule::initialize();
-    return importFile(std::filesystem::absolute(argv[2]));
+    return importFile(file);
   } catch (const RuntimeError& error) {
     std::cerr << error.description() << '\n';
     return 3;
