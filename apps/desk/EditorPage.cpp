@@ -64,24 +64,24 @@ void EditorPage::open(const ImportFile& file, Load&& load) {
   m_editor->reset();
 }
 
+void EditorPage::describe(const ImportFile& file) {
+  m_editor->fileName(file.path);
+  m_editor->NumberRows(file.rowCount);
+  m_editor->NumberColumns(file.columnCount);
+  m_editor->HeaderCollection(file.headers);
+  m_editor->DelimiterAscii(file.delimiterAscii);
+}
+
 void EditorPage::edit(const ImportFile& file) {
   open(file, [&] {
-    m_editor->fileName(file.path);
-    m_editor->NumberRows(file.rowCount);
-    m_editor->NumberColumns(file.columnCount);
-    m_editor->HeaderCollection(file.headers);
-    m_editor->DelimiterAscii(file.delimiterAscii);
+    describe(file);
     m_editor->loadGrid();
   });
 }
 
 void EditorPage::create(const ImportFile& file) {
   open(file, [&] {
-    m_editor->fileName(file.path);
-    m_editor->NumberRows(file.rowCount);
-    m_editor->NumberColumns(file.columnCount);
-    m_editor->HeaderCollection(file.headers);
-    m_editor->DelimiterAscii(file.delimiterAscii);
+    describe(file);
     m_editor->loadGridHeader();
     m_editor->resizeRows();
   });

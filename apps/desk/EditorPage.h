@@ -48,6 +48,7 @@ class EditorPage : public QWidget {
  private:
   template <class Load>
   void open(const ImportFile& file, Load&& load);
+  void describe(const ImportFile& file);
   void close();
   void connectEditor();
   bool maySave();
