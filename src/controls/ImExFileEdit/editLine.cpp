@@ -160,8 +160,10 @@ void ImExFileEdit::bindLineTo(host::GridCell cell) {
   refreshLine();
 }
 
+/// Messages never come into the line, not even where the first cell that was entered is one.
 void ImExFileEdit::refreshLine() {
-  setLine(hasEditCell() ? grid().text(editCell()) : std::string_view());
+  const bool isLoadable = hasEditCell() && !isErrorColumn(m_editColumn);
+  setLine(isLoadable ? grid().text(editCell()) : std::string_view());
 }
 
 void ImExFileEdit::setLine(std::string_view text) {

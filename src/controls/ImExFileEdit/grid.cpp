@@ -121,6 +121,7 @@ void ImExFileEdit::deleteKey() {
 void ImExFileEdit::deleteSelectedRow() {
   host::Grid& cells = grid();
   const host::GridSize size = cells.size();
+  cells.setEmphasis(false); // the current cell may be in another row than the one that goes
   if (m_editRow > 1) {
     cells.removeRow(m_editRow);
     m_editRow = cells.current().row;
@@ -131,7 +132,7 @@ void ImExFileEdit::deleteSelectedRow() {
     for (int column = 0; column < size.columns; ++column)
       cells.setText({1, column}, {});
   }
-  cells.setEmphasis(true); // the mark went with its row
+  cells.setEmphasis(true);
   nameEditCell();
 }
 

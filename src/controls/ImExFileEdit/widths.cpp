@@ -72,15 +72,11 @@ Integer ImExFileEdit::strToTwip(const QString& text) const {
   });
 }
 
-/// What strToTwip() gives, and the widest column there is where that is too much for it.
+/// What strToTwip() gives, and the widest column there is where that is too much for it. Traced as that is.
 int ImExFileEdit::columnWidthFor(std::string_view text) const {
-  try {
-    return strToTwip(toQt(text));
-  } catch (const RuntimeError& error) {
-    if (!error.is(ErrorNumber::overflow))
-      throw;
-    return Integer::kMax;
-  }
+  return hostCalled("strToTwip", [&] {
+    return cellWidthAtMost(m_ui->MSFlexGrid1->measure().width(text), platform::twipsPerPixel(*this));
+  });
 }
 
 /// Aligns every column and makes it as wide as its widest text. A text past 32,767 twips counts as so wide, so that a

@@ -61,6 +61,8 @@ TEST_F(ImExFileEditErrors, messageOfAnyLengthIsShown) {
   show(records({{"Ann", "Ulm"}}), messages({{1, text}}), 1);
   EXPECT_EQ(text + "\r\n", cell(1, 3));
   EXPECT_EQ(32767, layout().columnWidth(3));
+  for (const std::string& happening : happened())
+    EXPECT_FALSE(happening.starts_with('!')) << "nothing failed, so nothing is recorded: " << happening;
 }
 
 TEST_F(ImExFileEditErrors, shortRecordLeavesTheRestEmpty) {
@@ -127,6 +129,19 @@ TEST_F(ImExFileEditErrors, messagesAreNotLoadedIntoTheEditLine) {
   line().setFocus();
   typeText("m");
   EXPECT_EQ("Ulmm", cell(1, 2)) << "the line is still bound to that cell";
+}
+
+TEST_F(ImExFileEditErrors, messagesThatAreEnteredFirstAreNotLoadedLaterEither) {
+  showThree();
+  editor.reset();
+  key(Qt::Key_End);
+  ASSERT_EQ((GridCell{1, 3}), cells().current());
+  pressRowNumber(3);
+  EXPECT_EQ("", lineText());
+  key(Qt::Key_Delete);
+  EXPECT_EQ("", lineText());
+  key(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ("", lineText());
 }
 
 TEST_F(ImExFileEditErrors, doubleClickShowsTheMessagesWhole) {
