@@ -38,13 +38,19 @@ EditorPage::EditorPage(QWidget* parent)
 }
 
 void EditorPage::connectEditor() {
-  connect(m_editor, &ImExFileEdit::saving, this, [this](bool& isAllowed) { isAllowed = isAllowed && maySave(); });
+  connect(m_editor, &ImExFileEdit::saving, this, [this](bool& isAllowed) {
+    isAllowed = isAllowed && maySave();
+    m_isBeingWritten = m_isBeingWritten || isAllowed;
+  });
   connect(m_editor, &ImExFileEdit::saved, this, [this] {
+    m_isBeingWritten = false;
     m_stamp = FileStamp::of(m_editor->fileName());
     m_savedContents = contents();
     Q_EMIT saved(m_editor->fileName());
   });
   connect(m_editor, &ImExFileEdit::cancel, this, [this] {
+    if (!mayDiscard())
+      return;
     close();
     Q_EMIT cancelled();
   });
@@ -52,7 +58,8 @@ void EditorPage::connectEditor() {
 
 // --- Opening --------------------------------------------------------------------------------------------------------
 
-/// The stamp is older than what is read, so that no change in between is missed.
+/// The stamp is older than a file that is read, so that no change in between is missed. Lines with messages were read
+/// before they were sent.
 template <class Load>
 void EditorPage::open(const ImportFile& file, Load&& load) {
   close();
@@ -85,6 +92,7 @@ void EditorPage::create(const ImportFile& file) {
     m_editor->loadGridHeader();
     m_editor->resizeRows();
   });
+  m_stamp = FileStamp(); // a file that is there all the same is another one
 }
 
 void EditorPage::showErrors(const ImportFile& file, const RowsPtr& lines, const ErrorBeansPtr& messages) {
@@ -95,6 +103,7 @@ void EditorPage::showErrors(const ImportFile& file, const RowsPtr& lines, const 
 }
 
 void EditorPage::close() {
+  m_isBeingWritten = false;
   m_shown->setCurrentWidget(m_note);
   setFocusProxy(m_note);
 }
@@ -102,17 +111,18 @@ void EditorPage::close() {
 // --- What the user is asked -----------------------------------------------------------------------------------------
 
 bool EditorPage::mayDiscard() {
-  if (m_shown->currentWidget() != m_editor || contents() == m_savedContents)
+  const bool isSaved = !m_isBeingWritten && contents() == m_savedContents;
+  if (m_shown->currentWidget() != m_editor || isSaved)
     return true;
   return isAnsweredYes(QStringLiteral("The changes in %1 are not saved. Discard them?").arg(fileName()));
 }
 
 bool EditorPage::maySave() {
   const FileStamp now = FileStamp::of(m_editor->fileName());
-  if (now == m_stamp || !now.exists())
+  if (m_isBeingWritten || now == m_stamp || !now.exists())
     return true;
   return isAnsweredYes(
-      QStringLiteral("Another program changed %1 after it was opened here. Save over its changes?").arg(fileName()));
+      QStringLiteral("%1 holds something else than what was opened here. Save over it?").arg(fileName()));
 }
 
 /// Stands for all texts of the grid.

@@ -60,6 +60,7 @@ class EditorPage : public QWidget {
   QStackedLayout* m_shown;
   FileStamp m_stamp;              ///< of the file when it was opened or saved
   std::size_t m_savedContents{0}; ///< of the grid at that time
+  bool m_isBeingWritten = false;  ///< saving has begun and did not end well: the file may be cut short
 };
 
 } // namespace imex::desk

@@ -8,6 +8,7 @@
 
 #include <QCloseEvent>
 #include <QDir>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
@@ -157,6 +158,7 @@ void MainWindow::connectEditing(Page page) {
 /// The way back to the panel, from where a corrected file is imported again.
 void MainWindow::connectReturns() {
   connect(m_editor, &EditorPage::saved, this, [this](const QString& path) {
+    panelOf(m_editorOrigin).findChild<QLineEdit*>(QStringLiteral("txtFilePath"))->setText(path);
     returnTo(m_editorOrigin);
     tell(QStringLiteral("%1 is saved").arg(path));
   });
@@ -247,6 +249,8 @@ void MainWindow::openInEditor(Page origin, Open&& open) {
   if (m_editor->mayDiscard()) {
     open();
     m_editorOrigin = origin;
+  } else {
+    tell(QStringLiteral("The file was not opened. These changes are not saved"));
   }
   showPage(Page::editor);
 }

@@ -32,7 +32,8 @@ bool ImExFileEdit::filterLine(QEvent* event) {
     lineKeyReleased(static_cast<const QKeyEvent&>(*event));
     return false;
   case QEvent::FocusOut:
-    m_isLineKeyDown = false;
+    if (std::exchange(m_isLineKeyDown, false) && m_isEditing && !m_isBarTyped) // a key that is down comes up elsewhere
+      runAsEvent([this] { editCellTakesLine(); });
     return false;
   case QEvent::Resize:
   case QEvent::FontChange:

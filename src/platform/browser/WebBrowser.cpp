@@ -151,7 +151,11 @@ void WebBrowser::open(const QUrl& document) {
   connect(page.get(), &QWebEnginePage::findTextFinished, m_findBar, [this](const QWebEngineFindTextResult& result) {
     m_findBar->tell(result.numberOfMatches(), result.activeMatch());
   });
-  connect(page.get(), &QWebEnginePage::renderProcessTerminated, this, [this] { showRefusal(m_document); });
+  connect(page.get(), &QWebEnginePage::renderProcessTerminated, this, [this] {
+    m_isLoading = false;
+    showRefusal(m_document);
+    Q_EMIT loaded(false);
+  });
   m_view->setPage(page.get());
   m_page = std::move(page);
   m_document = document;

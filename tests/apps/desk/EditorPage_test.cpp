@@ -6,6 +6,7 @@
 #include <QMessageBox>
 
 #include <filesystem>
+#include <fstream>
 
 namespace imex::desk::test {
 
@@ -116,7 +117,12 @@ TEST_F(DeskEditor, cancelReturnsAndWritesNothing) {
   const std::string path = edit();
   const std::string before = imex::test::readFile(path);
   QTest::keyClicks(&grid(), QStringLiteral("X"));
+  expectQuestion(QMessageBox::No);
   press(editor(), "cmdCancel");
+  EXPECT_EQ(QStringLiteral("Editor"), pageName());
+  expectQuestion(QMessageBox::Yes);
+  press(editor(), "cmdCancel");
+  EXPECT_EQ((Texts(2, "The changes in customers-agent.txt are not saved. Discard them?")), dialogs.boxes);
   EXPECT_EQ(QStringLiteral("Import"), pageName());
   EXPECT_EQ(QStringLiteral("Nothing was saved"), statusText());
   EXPECT_EQ(before, imex::test::readFile(path));
@@ -199,8 +205,7 @@ TEST_F(DeskEditor, fileThatAnotherProgramChangedIsNotSavedOverWithoutAQuestion) 
   QTest::keyClicks(&grid(), QStringLiteral("X"));
   expectQuestion(QMessageBox::No);
   press(editor(), "cmdOK");
-  EXPECT_EQ(Texts{"Another program changed customers-agent.txt after it was opened here. Save over its changes?"},
-            dialogs.boxes);
+  EXPECT_EQ(Texts{"customers-agent.txt holds something else than what was opened here. Save over it?"}, dialogs.boxes);
   EXPECT_EQ(QStringLiteral("Editor"), pageName());
   EXPECT_EQ("of another program", imex::test::readFile(path));
 
@@ -208,6 +213,28 @@ TEST_F(DeskEditor, fileThatAnotherProgramChangedIsNotSavedOverWithoutAQuestion) 
   press(editor(), "cmdOK");
   EXPECT_EQ(QStringLiteral("Import"), pageName());
   EXPECT_NE("of another program", imex::test::readFile(path));
+}
+
+TEST_F(DeskEditor, newFileOfANameThatIsTakenIsNotSavedOverWithoutAQuestion) {
+  open();
+  press(import(), "btnNew");
+  const std::string path = toCore(child<QLineEdit>(import(), "txtFilePath").text());
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+  std::ofstream(path) << "there already";
+  QTest::keyClicks(&grid(), QStringLiteral("C1"));
+  expectQuestion(QMessageBox::No);
+  press(editor(), "cmdOK");
+  EXPECT_EQ("there already", imex::test::readFile(path));
+}
+
+TEST_F(DeskEditor, savedFileIsThePanelsFile) {
+  open();
+  const std::string path = edit();
+  go(1);
+  typePath(import(), folder / "other.txt");
+  go(5);
+  press(editor(), "cmdOK");
+  EXPECT_EQ(toQt(path), child<QLineEdit>(import(), "txtFilePath").text());
 }
 
 TEST_F(DeskEditor, fileThatIsGoneIsMadeAnew) {
@@ -248,6 +275,25 @@ TEST_F(DeskEditor, fileThatCannotBeSavedStaysInTheEditor) {
                                 "and try to save again."));
   EXPECT_EQ(QStringLiteral("Editor"), pageName());
   EXPECT_EQ(changed, cell(1, 1));
+}
+
+/// The file may be cut short, and what is in the editor the only whole copy.
+TEST_F(DeskEditor, failedSaveKeepsTheWindowFromClosingWithoutAQuestion) {
+  open();
+  const std::string path = edit();
+  std::filesystem::remove(path);
+  std::filesystem::create_directory(path);
+  expectQuestion(QMessageBox::Yes);
+  dialogs.expectBox();
+  press(editor(), "cmdOK");
+  expectQuestion(QMessageBox::No);
+  window->close();
+  EXPECT_TRUE(window->isVisible());
+
+  std::filesystem::remove(path);
+  press(editor(), "cmdOK");
+  window->close();
+  EXPECT_FALSE(window->isVisible());
 }
 
 } // namespace
