@@ -1,17 +1,16 @@
 #include "Import.h"
 #include "platform/files/DiskFiles.h"
+#include "support/FileSizeLimit.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <optional>
 
 #include <sys/mount.h>
-#include <sys/resource.h>
 
 namespace imex::test {
 namespace {
@@ -44,26 +43,6 @@ class SmallFileSystem {
   fs::path m_folder;
   bool m_isMounted = false;
   std::string m_problem;
-};
-
-/// The greatest size that the process may give a file, for the life of the object.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &m_before);
-    const rlimit limit{bytes, m_before.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &m_before);
-    std::signal(SIGXFSZ, m_handler);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit m_before = {};
-  void (*m_handler)(int);
 };
 
 /// Imports whose results page has to go where it cannot.

@@ -40,7 +40,6 @@ constexpr std::string_view kBigEndianMark = "\xFE\xFF";
 constexpr std::string_view kLittleEndianStart("<\0", 2);
 constexpr std::string_view kBigEndianStart("\0<", 2);
 
-constexpr std::string_view kWhiteSpace = " \t\r\n";
 constexpr std::size_t kLongestReference = 12;
 
 /// The value of `encoding` in the XML declaration; empty where there is none.

@@ -1,15 +1,14 @@
 #include "platform/files/DiskFilesTest.h"
 #include "platform/system/system.h"
+#include "support/FileSizeLimit.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <locale>
 #include <optional>
 #include <vector>
 
 #include <pwd.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -66,26 +65,6 @@ class OrdinaryUser {
  private:
   bool m_superuser;
   bool m_ordinary;
-};
-
-/// No file may grow past `bytes` for the life of the object.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &m_before);
-    const rlimit limit{bytes, m_before.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &m_before);
-    std::signal(SIGXFSZ, m_handler);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit m_before{};
-  void (*m_handler)(int);
 };
 
 /// The number of the error that is raised for a code of the system's.
