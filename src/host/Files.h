@@ -19,7 +19,8 @@ class Files {
   /// Opens an existing file for reading. It is never changed by that.
   virtual std::unique_ptr<ByteSource> openForInput(std::string_view path) = 0;
 
-  /// Creates a file or empties an existing one, and opens it for writing.
+  /// Creates a file or takes an existing one, and opens it for writing from its first byte. Once it is closed it has
+  /// the bytes that were written and nothing else; until then, what it had before may follow them.
   virtual std::unique_ptr<ByteSink> openForOutput(std::string_view path) = 0;
 
   /// Whether two paths lead to the same existing file, by way of links too. Never raises.

@@ -76,12 +76,15 @@ class InputFile {
 /// the last bytes is lost.
 class OutputFile {
  public:
-  /// Creates or empties `fileName` under the lowest free number. Errors pass through.
+  /// Creates `fileName`, or takes the one that is there to replace what is in it, under the lowest free number. Errors
+  /// pass through.
   explicit OutputFile(std::string_view fileName, Encoding encoding = Encoding::utf8);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
+  /// What TextWriter does.
+  void write(std::string_view text) { m_writer->write(text); }
   void writeLine(std::string_view text) { m_writer->writeLine(text); }
   void close();
 

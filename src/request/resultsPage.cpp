@@ -18,7 +18,7 @@ constexpr std::string_view kOpenText = "<tr><td nowrap>\r\n<font size= +1>\r\n";
 constexpr std::string_view kOpenPlain = "<tr><td nowrap>\r\nLINE # : ";
 constexpr std::string_view kCloseWithFont = "\r\n</font>\r\n</tr></td>\r\n";
 constexpr std::string_view kClose = "\r\n</tr></td>\r\n";
-constexpr std::string_view kSpacer = "<tr><td nowrap>\r\n \r\n</tr></td>";
+constexpr std::string_view kSpacer = "<tr><td nowrap>\r\n \r\n</tr></td>\r\n";
 constexpr std::string_view kSuccessful = "   STATUS  : Import successful for this line.";
 constexpr std::string_view kFailed = "   STATUS  : Import failed for this line.";
 
@@ -41,16 +41,9 @@ class Page {
     m_file.writeLine("<table>");
   }
 
-  /// Adds to the lines that write() writes.
   Page& operator<<(std::string_view text) {
-    m_lines += text;
+    m_file.write(text);
     return *this;
-  }
-
-  /// Writes what was added, whose last line has no end yet.
-  void write() {
-    m_file.writeLine(m_lines);
-    m_lines.clear();
   }
 
   void finish() {
@@ -60,27 +53,25 @@ class Page {
 
  private:
   ImExModule::OutputFile m_file;
-  std::string m_lines;
 };
 
-void addTexts(Page& page, std::string_view open, const std::string& label, const StringsPtr& texts,
-              std::string_view close) {
+void addTexts(Page& page, std::string_view open, std::string_view number, std::string_view label,
+              const StringsPtr& texts, std::string_view close) {
   if (isEmpty(texts))
     return;
   for (const std::string& text : *texts)
-    page << open << label << text << close;
+    page << open << number << label << text << close;
 }
 
-void writeVerdict(Page& page, const ImExFormat& format) {
+void addVerdict(Page& page, const ImExFormat& format) {
   const std::string number = toText(format.LineNumber());
   if (isTracing())
     (void)format.Line(); // for its trace; the text need not be copied
   page << kOpenData << number << "   DATA    : " << lineOf(format) << kCloseWithFont;
   page << kOpenPlain << number << (format.ActionSuccessful() ? kSuccessful : kFailed) << kClose;
-  addTexts(page, kOpenError, number + "   ERROR   : ", format.cErrors, kCloseWithFont);
-  addTexts(page, kOpenPlain, number + "   WARNING : ", format.cWarnings, kClose);
+  addTexts(page, kOpenError, number, "   ERROR   : ", format.cErrors, kCloseWithFont);
+  addTexts(page, kOpenPlain, number, "   WARNING : ", format.cWarnings, kClose);
   page << kSpacer;
-  page.write();
 }
 
 } // namespace
@@ -88,16 +79,14 @@ void writeVerdict(Page& page, const ImExFormat& format) {
 void writeResultsPage(const std::string& path, const Collection<ImExFormatPtr>& formats) {
   Page page(path, areAscii(formats));
   for (const ImExFormatPtr& format : formats)
-    writeVerdict(page, *format);
+    addVerdict(page, *format);
   page.finish();
 }
 
 void writeTextPage(const std::string& path, const Strings& texts) {
   Page page(path, areAscii(texts));
-  for (const std::string& text : texts) {
-    page << kOpenText << text << "\r\n</font>\r\n</tr></td>";
-    page.write();
-  }
+  for (const std::string& text : texts)
+    page << kOpenText << text << kCloseWithFont;
   page.finish();
 }
 

@@ -1,7 +1,5 @@
 #include "runtime/TextFile.h"
 
-#include "runtime/text.h"
-
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -11,7 +9,6 @@ namespace imex {
 namespace {
 
 constexpr std::size_t kBufferSize = 64UL * 1024;
-constexpr std::size_t kLineBreakSize = 2;
 
 } // namespace
 
@@ -116,18 +113,6 @@ void TextReader::makeRoom(std::size_t& searched) {
   m_begin = 0;
 }
 
-/// Takes a line that lies in the buffer with its end and has no other carriage return, as nearly all do.
-bool TextReader::takeWholeLine(std::string_view& raw) {
-  const char* const begin = m_buffer.data() + m_begin;
-  const std::size_t size = m_end - m_begin;
-  const void* const found = size < kLineBreakSize ? nullptr : std::memchr(begin, '\r', size - 1);
-  if (found == nullptr || static_cast<const char*>(found)[1] != '\n')
-    return false;
-  raw = {begin, static_cast<std::size_t>(static_cast<const char*>(found) - begin)};
-  m_begin += raw.size() + kLineBreakSize;
-  return true;
-}
-
 /// Takes the bytes of one line, still in the encoding of the file.
 bool TextReader::takeLine(std::string_view& raw) {
   if (takeWholeLine(raw))
@@ -144,15 +129,15 @@ bool TextReader::takeLine(std::string_view& raw) {
   raw = {m_buffer.data() + m_begin, end.value_or(m_end) - m_begin};
   if (!m_long.empty())
     raw = m_long.append(raw);
-  m_begin = end ? *end + kLineBreakSize : m_end;
+  m_begin = end ? *end + kLineBreak.size() : m_end;
   return end || !raw.empty();
 }
 
-bool TextReader::readLine(std::string_view& line) {
+bool TextReader::readOtherLine(std::string_view& line) {
   std::string_view raw;
   if (!takeLine(raw))
     return false;
-  if (m_encoding != Encoding::windows1252) { // ASCII so far is ASCII in any encoding
+  if (m_encoding != Encoding::windows1252) {
     line = raw;
     return true;
   }
@@ -176,26 +161,30 @@ TextWriter::~TextWriter() {
   }
 }
 
-void TextWriter::writeLine(std::string_view text) {
+void TextWriter::write(std::string_view text) {
   if (m_encoding == Encoding::windows1252)
     m_buffer += encode(text, m_encoding);
   else
     m_buffer += text;
-  m_buffer += "\r\n";
   if (m_buffer.size() >= kBufferSize)
     flush();
 }
 
+void TextWriter::writeLine(std::string_view text) {
+  write(text);
+  write(kLineBreak);
+}
+
+/// Writes what fills the buffer and keeps the rest, so that all but the last bytes go out in pieces of one size.
 void TextWriter::flush() {
-  if (m_buffer.empty())
-    return;
+  const std::size_t size = m_buffer.size() - m_buffer.size() % kBufferSize;
   try {
-    m_sink->write(m_buffer);
+    m_sink->write(std::string_view(m_buffer).substr(0, size));
   } catch (...) {
     m_buffer.clear(); // what could not be written is not tried again
     throw;
   }
-  m_buffer.clear();
+  m_buffer.erase(0, size);
 }
 
 void TextWriter::close() {

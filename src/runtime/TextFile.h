@@ -2,8 +2,10 @@
 
 #include "runtime/ByteStream.h"
 #include "runtime/encoding.h"
+#include "runtime/text.h"
 
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,7 +31,10 @@ class TextReader {
 
   /// Sets `line` to the next line in UTF-8, without its end, and returns true; returns false at the end. The text
   /// stays valid until the next call. Errors of the source pass through; the reader is then of no further use.
-  bool readLine(std::string_view& line);
+  bool readLine(std::string_view& line) {
+    // Most lines lie in the buffer with their end. ASCII so far is ASCII in any encoding.
+    return (m_encoding != Encoding::windows1252 && takeWholeLine(line)) || readOtherLine(line);
+  }
 
  private:
   bool hasMark();
@@ -39,6 +44,7 @@ class TextReader {
   void skip(std::size_t count);
   std::optional<std::size_t> findLineEnd(std::size_t& searched) const;
   void makeRoom(std::size_t& searched);
+  bool readOtherLine(std::string_view& line);
   bool takeWholeLine(std::string_view& raw);
   bool takeLine(std::string_view& raw);
 
@@ -52,7 +58,19 @@ class TextReader {
   std::optional<Encoding> m_encoding; ///< empty as long as all bytes read are ASCII
 };
 
-/// Writes text line by line, each ended by CR LF.
+/// Takes a line that lies in the buffer with its end and has no other carriage return, as nearly all do.
+inline bool TextReader::takeWholeLine(std::string_view& raw) {
+  const char* const begin = m_buffer.data() + m_begin;
+  const std::size_t size = m_end - m_begin;
+  const void* const found = size < kLineBreak.size() ? nullptr : std::memchr(begin, '\r', size - 1);
+  if (found == nullptr || static_cast<const char*>(found)[1] != '\n')
+    return false;
+  raw = {begin, static_cast<std::size_t>(static_cast<const char*>(found) - begin)};
+  m_begin += raw.size() + kLineBreak.size();
+  return true;
+}
+
+/// Writes text, and ends lines by CR LF.
 class TextWriter {
  public:
   /// Writes the mark first where the encoding has one.
@@ -62,7 +80,10 @@ class TextWriter {
   TextWriter(const TextWriter&) = delete;
   TextWriter& operator=(const TextWriter&) = delete;
 
-  /// Writes one line. Error 5 for a character that the encoding lacks, and the errors of the sink.
+  /// Writes text, of whole characters. Error 5 for one that the encoding lacks, and the errors of the sink.
+  void write(std::string_view text);
+
+  /// Writes text and the end of its line, with the same errors.
   void writeLine(std::string_view text);
 
   /// Writes what is left and closes. A second call does nothing.

@@ -141,16 +141,26 @@ File File::forInput(const fs::path& path) {
 }
 
 File File::forOutput(const fs::path& path) {
-  File file(open(path, O_WRONLY | O_CREAT | O_TRUNC));
+  File file(open(path, O_WRONLY | O_CREAT));
   file.requireRegular(path);
+  file.m_isOutput = true;
   return file;
 }
 
-File::File(File&& other) noexcept : m_handle(std::exchange(other.m_handle, kNone)) {}
+File::File(File&& other) noexcept : m_handle(std::exchange(other.m_handle, kNone)), m_isOutput(other.m_isOutput) {}
 
 File::~File() {
-  if (m_handle != kNone)
-    ::close(descriptorOf(m_handle));
+  if (m_handle == kNone)
+    return;
+  (void)cutBehindEnd();
+  ::close(descriptorOf(m_handle));
+}
+
+bool File::cutBehindEnd() const {
+  if (!m_isOutput)
+    return true;
+  const off_t end = ::lseek(descriptorOf(m_handle), 0, SEEK_CUR);
+  return end >= 0 && ::ftruncate(descriptorOf(m_handle), end) == 0;
 }
 
 void File::requireRegular(const fs::path& path) const {
@@ -187,9 +197,14 @@ void File::rewind() {
 }
 
 void File::close() {
+  if (m_handle == kNone)
+    return;
+  const int cutting = cutBehindEnd() ? 0 : errno;
   const std::intptr_t handle = std::exchange(m_handle, kNone);
-  if (handle != kNone && ::close(descriptorOf(handle)) != 0 && errno != EINTR)
+  if (::close(descriptorOf(handle)) != 0 && errno != EINTR)
     raiseLastFailure();
+  if (cutting != 0)
+    raiseErrno(cutting, {});
 }
 
 void changeDirectory(const fs::path& path) {

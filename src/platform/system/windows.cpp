@@ -151,16 +151,21 @@ File File::forInput(const fs::path& path) {
 File File::forOutput(const fs::path& path) {
   File file(open(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS));
   file.requireRegular(path);
-  if (::SetEndOfFile(handleOf(file.m_handle)) == 0) // CREATE_ALWAYS would refuse a hidden file
-    raiseLastFailure(path);
+  file.m_isOutput = true; // CREATE_ALWAYS would refuse a hidden file
   return file;
 }
 
-File::File(File&& other) noexcept : m_handle(std::exchange(other.m_handle, kNone)) {}
+File::File(File&& other) noexcept : m_handle(std::exchange(other.m_handle, kNone)), m_isOutput(other.m_isOutput) {}
 
 File::~File() {
-  if (m_handle != kNone)
-    ::CloseHandle(handleOf(m_handle));
+  if (m_handle == kNone)
+    return;
+  (void)cutBehindEnd();
+  ::CloseHandle(handleOf(m_handle));
+}
+
+bool File::cutBehindEnd() const {
+  return !m_isOutput || ::SetEndOfFile(handleOf(m_handle)) != 0;
 }
 
 void File::requireRegular(const fs::path&) const {
@@ -190,9 +195,14 @@ void File::rewind() {
 }
 
 void File::close() {
+  if (m_handle == kNone)
+    return;
+  const DWORD cutting = cutBehindEnd() ? ERROR_SUCCESS : ::GetLastError();
   const std::intptr_t handle = std::exchange(m_handle, kNone);
-  if (handle != kNone && ::CloseHandle(handleOf(handle)) == 0)
+  if (::CloseHandle(handleOf(handle)) == 0)
     raiseLastFailure();
+  if (cutting != ERROR_SUCCESS)
+    raiseError(cutting, {});
 }
 
 void changeDirectory(const fs::path& path) {
