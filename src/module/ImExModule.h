@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Files.h"
 #include "runtime/Boolean.h"
 #include "runtime/Collection.h"
 #include "runtime/FileNumbers.h"
@@ -77,7 +78,8 @@ class InputFile {
 class OutputFile {
  public:
   /// Creates or empties `fileName` under the lowest free number. Errors pass through.
-  explicit OutputFile(std::string_view fileName, Encoding encoding = Encoding::utf8);
+  explicit OutputFile(std::string_view fileName, Encoding encoding = Encoding::utf8,
+                      host::Links links = host::Links::follow);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;

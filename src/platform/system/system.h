@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/Files.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -34,8 +36,10 @@ class File {
   /// Opens an existing file for reading. Windows: others may go on writing, renaming and removing it.
   static File forInput(const std::filesystem::path& path);
 
-  /// Creates a file or empties an existing one. Windows: while it is open others may read it, and nobody may write it.
-  static File forOutput(const std::filesystem::path& path);
+  /// Creates a file or empties an existing one. A link in its place that is refused is error 75, by the same call to
+  /// the system that opens the file, so that none can come between. Windows: while the file is open others may read
+  /// it, and nobody may write it.
+  static File forOutput(const std::filesystem::path& path, host::Links links);
 
   File(File&& other) noexcept;
   File& operator=(File&&) = delete;
