@@ -8,6 +8,10 @@
 
 namespace imex::host {
 
+/// What is done about a symbolic link that stands where a file is to be written. A file that the user named may be one;
+/// a file that the component names itself may not, because somebody else may have put the link there.
+enum class Links { follow, refuse };
+
 /// The file system. A path may have either separator, "\" or "/"; the implementation turns it into one of the platform
 /// and leaves case out of account where the exact name is missing. Failures are RuntimeErrors: 53 no such file, 76 a
 /// folder of the path is missing, 75 a folder (or another thing that is no file) where a file is wanted, 70 no access,
@@ -20,8 +24,11 @@ class Files {
   virtual std::unique_ptr<ByteSource> openForInput(std::string_view path) = 0;
 
   /// Creates a file or takes an existing one, and opens it for writing from its first byte. Once it is closed it has
-  /// the bytes that were written and nothing else; until then, what it had before may follow them.
-  virtual std::unique_ptr<ByteSink> openForOutput(std::string_view path) = 0;
+  /// the bytes that were written and nothing else; until then, what it had before may follow them. Where links are
+  /// refused, a symbolic link in the place of the file, also one that leads nowhere, is error 75, and what it leads to
+  /// stays as it is; links to the folders above are followed.
+  virtual std::unique_ptr<ByteSink> openForOutput(std::string_view path, Links links) = 0;
+  std::unique_ptr<ByteSink> openForOutput(std::string_view path) { return openForOutput(path, Links::follow); }
 
   /// Whether two paths lead to the same existing file, by way of links too. Never raises.
   virtual bool isSameFile(std::string_view a, std::string_view b) const = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Files.h"
 #include "runtime/Boolean.h"
 #include "runtime/Collection.h"
 #include "runtime/FileNumbers.h"
@@ -78,7 +79,8 @@ class OutputFile {
  public:
   /// Creates `fileName`, or takes the one that is there to replace what is in it, under the lowest free number. Errors
   /// pass through.
-  explicit OutputFile(std::string_view fileName, Encoding encoding = Encoding::utf8);
+  explicit OutputFile(std::string_view fileName, Encoding encoding = Encoding::utf8,
+                      host::Links links = host::Links::follow);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;

@@ -31,10 +31,10 @@ InputFile::~InputFile() {
   openFiles().close(m_number);
 }
 
-OutputFile::OutputFile(std::string_view fileName, Encoding encoding)
+OutputFile::OutputFile(std::string_view fileName, Encoding encoding, host::Links links)
     : m_number(openFiles().freeNumber()),
       m_writer(&openFiles().openForOutput(
-          m_number, [&] { return host::required(host::services().files).openForOutput(fileName); }, encoding)) {}
+          m_number, [&] { return host::required(host::services().files).openForOutput(fileName, links); }, encoding)) {}
 
 OutputFile::~OutputFile() {
   try {

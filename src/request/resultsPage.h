@@ -7,8 +7,8 @@
 
 namespace imex {
 
-/// Writes the page with the verdicts of an answer, replacing a file that is there. Errors pass through, and leave a
-/// page that was begun as it is.
+/// Writes the page with the verdicts of an answer, replacing a file that is there. A symbolic link in its place is
+/// error 75. Errors pass through, and leave a page that was begun as it is.
 void writeResultsPage(const std::string& path, const Collection<ImExFormatPtr>& formats);
 
 /// Writes a page of plain texts.

@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace imex::test {
@@ -36,6 +37,16 @@ class ImExRequestReport : public RequestTest {
   ListingRequest listing;
 
   std::string pagePath() const { return host.folder / "out/validationresults.html"; }
+
+  /// Puts a symbolic link in the place of a file or folder. False where the C++ library makes none.
+  bool isLinked(const std::string& name, const std::string& target) const {
+    std::error_code error;
+    if (std::filesystem::is_directory(host.folder / target))
+      std::filesystem::create_directory_symlink(host.folder / target, host.folder / name, error);
+    else
+      std::filesystem::create_symlink(host.folder / target, host.folder / name, error);
+    return !error;
+  }
 
   /// Makes a call on the page's file fail: "openForOutput", "write", "close".
   void failAtPage(const std::string& call, const RuntimeError& error) {
@@ -70,6 +81,51 @@ TEST_F(ImExRequestReport, theImportFileItself_isNeverReplaced) {
   }
   const std::string record = "! ImExRequest writeResultsReport 75 ImExRequest: Path/File access error";
   expectedErrors = {record, record, record};
+}
+
+TEST_F(ImExRequestReport, aSymbolicLinkInThePlaceOfThePage_isRefused) {
+  const std::string bytes = "another file of the user\r\n";
+  host.folder.write("precious.txt", bytes);
+  for (const std::string target : {"precious.txt", "nowhere.txt"}) {
+    events.clear();
+    std::filesystem::remove(pagePath());
+    if (!isLinked("out/validationresults.html", target))
+      GTEST_SKIP() << "no symbolic links here";
+
+    request.Deserialize(*answer("", kMixed));
+    listing.writeErrorListReport({"a text"});
+
+    EXPECT_EQ(events, (Texts{"MessageReceived", kNotDisplayed, "showErrors", kNotOpened})) << target;
+    EXPECT_TRUE(std::filesystem::is_symlink(pagePath())) << target;
+  }
+  EXPECT_EQ(host.folder.read("precious.txt"), bytes);
+  EXPECT_FALSE(std::filesystem::exists(host.folder / "nowhere.txt"));
+  EXPECT_EQ(host.launcher.shown, (Texts{}));
+  const std::string page = "! ImExRequest writeResultsReport 75 DiskFiles: Path/File access error";
+  const std::string list = "! ImExRequest writeErrorListReport 75 DiskFiles: Path/File access error";
+  expectedErrors = {page, list, page, list};
+}
+
+TEST_F(ImExRequestReport, aLinkByTheNameInAnotherCase_isRefusedToo) {
+  host.folder.write("precious.txt", "text");
+  if (!isLinked("out/ValidationResults.HTML", "precious.txt"))
+    GTEST_SKIP() << "no symbolic links here";
+
+  request.Deserialize(*answer("", kMixed));
+
+  EXPECT_EQ(events, (Texts{"MessageReceived", kNotDisplayed, "showErrors"}));
+  EXPECT_EQ(host.folder.read("precious.txt"), "text");
+  expectedErrors = {"! ImExRequest writeResultsReport 75 DiskFiles: Path/File access error"};
+}
+
+TEST_F(ImExRequestReport, aFolderBehindALink_hasThePage) {
+  if (!isLinked("shortcut", "out"))
+    GTEST_SKIP() << "no symbolic links here";
+  request.Directory(host.folder / "shortcut/");
+
+  request.Deserialize(*answer("", {}));
+
+  EXPECT_EQ(page(), kOpening + kClosing);
 }
 
 // --- The results page -----------------------------------------------------------------------------------------------

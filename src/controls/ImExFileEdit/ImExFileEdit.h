@@ -165,8 +165,8 @@ class ImExFileEdit : public QWidget {
   void cmdOK_Click();
   bool hasNothingToSave() const;
   int savedFields() const;
-  void requireEncodable() const;
-  void writeFile() const;
+  Encoding encodingToSave() const;
+  void writeFile(Encoding encoding) const;
 
   // The grid
   void gridKeyPressed(QKeyEvent& event);

@@ -1,6 +1,7 @@
 #include "controls/ImExFileEdit/ImExFileEdit.h"
 #include "controls/ImExFileEdit/SavedLines.h"
 #include "controls/ImExFileEdit/namedFile.h"
+#include "controls/ImExFileEdit/savedEncoding.h"
 #include "controls/ImExFileEdit/savedLine.h"
 #include "host/Application.h"
 #include "host/MessageBox.h"
@@ -31,12 +32,12 @@ void ImExFileEdit::cmdOK_Click() {
       tellOfNoData();
       throw LeaveEarly();
     }
-    namingFile(m_fileName, [&] { requireEncodable(); });
+    const Encoding encoding = namingFile(m_fileName, [&] { return encodingToSave(); });
     bool isAllowed = true;
     Q_EMIT saving(isAllowed);
     if (!isAllowed)
       throw LeaveEarly();
-    namingFile(m_fileName, [&] { writeFile(); });
+    namingFile(m_fileName, [&] { writeFile(encoding); });
     Q_EMIT saved();
   });
 }
@@ -58,21 +59,14 @@ int ImExFileEdit::savedFields() const {
   return grid().size().columns - (m_isErrorsView ? 2 : 1);
 }
 
-/// Error 5 for a character that the file's encoding lacks, before the file is touched. UTF-8 has them all.
-void ImExFileEdit::requireEncodable() const {
-  if (m_encoding != Encoding::windows1252)
-    return;
-  SavedLines lines(grid(), savedFields(), character(m_delimiterAscii));
-  std::string_view line;
-  while (lines.next(line)) {
-    if (!canEncode(line, m_encoding))
-      throw RuntimeError(ErrorNumber::invalidProcedureCall, "ImExFileEdit");
-  }
+/// Error 5 for a character that the file's encoding lacks, before the file is touched.
+Encoding ImExFileEdit::encodingToSave() const {
+  return savedEncoding({grid(), savedFields(), character(m_delimiterAscii)}, m_encoding);
 }
 
-void ImExFileEdit::writeFile() const {
+void ImExFileEdit::writeFile(Encoding encoding) const {
   SavedLines lines(grid(), savedFields(), character(m_delimiterAscii));
-  ImExModule::OutputFile file(m_fileName, m_encoding);
+  ImExModule::OutputFile file(m_fileName, encoding);
   std::string_view line;
   while (lines.next(line))
     file.writeLine(line);

@@ -46,6 +46,7 @@ constexpr int kNone = -1;
     raise(ErrorNumber::permissionDenied);
   case EISDIR:
   case EEXIST:
+  case ELOOP: // a link where none is followed, or links in a circle
   case ENXIO: // a pipe that nobody reads, a socket
     raise(ErrorNumber::pathFileAccessError);
   case ENOSPC:
@@ -140,8 +141,8 @@ File File::forInput(const fs::path& path) {
   return file;
 }
 
-File File::forOutput(const fs::path& path) {
-  File file(open(path, O_WRONLY | O_CREAT));
+File File::forOutput(const fs::path& path, host::Links links) {
+  File file(open(path, O_WRONLY | O_CREAT | (links == host::Links::refuse ? O_NOFOLLOW : 0)));
   file.requireRegular(path);
   file.m_isOutput = true;
   return file;

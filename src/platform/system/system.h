@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/Files.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -37,9 +39,10 @@ class File {
   /// Creates a file or takes an existing one, to be written anew from its first byte. What was there before goes as it
   /// is written over; what is left of it behind the last byte goes when the file is closed, in whatever way. Emptied at
   /// once, the file would lose the memory and the disk blocks that it has, only to get others for nearly the same
-  /// bytes, and some file systems let the program wait for the disk then. Windows: while it is open others may read it,
-  /// and nobody may write it.
-  static File forOutput(const std::filesystem::path& path);
+  /// bytes, and some file systems let the program wait for the disk then. A link in its place that is refused is error
+  /// 75, by the same call to the system that opens the file, so that none can come between. Windows: while the file is
+  /// open others may read it, and nobody may write it.
+  static File forOutput(const std::filesystem::path& path, host::Links links);
 
   File(File&& other) noexcept;
   File& operator=(File&&) = delete;

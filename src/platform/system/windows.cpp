@@ -72,8 +72,9 @@ DWORD portionOf(std::size_t size) {
   return static_cast<DWORD>(std::min<std::size_t>(size, std::numeric_limits<DWORD>::max()));
 }
 
-std::intptr_t open(const fs::path& path, DWORD access, DWORD sharing, DWORD creation) {
-  const HANDLE handle = ::CreateFileW(path.c_str(), access, sharing, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr);
+std::intptr_t open(const fs::path& path, DWORD access, DWORD sharing, DWORD creation, DWORD flags = 0) {
+  const HANDLE handle =
+      ::CreateFileW(path.c_str(), access, sharing, nullptr, creation, FILE_ATTRIBUTE_NORMAL | flags, nullptr);
   if (handle == INVALID_HANDLE_VALUE) {
     const DWORD code = ::GetLastError();
     if (isDirectory(path)) // no one code tells, it depends on how the path is written
@@ -81,6 +82,12 @@ std::intptr_t open(const fs::path& path, DWORD access, DWORD sharing, DWORD crea
     raiseError(code, path);
   }
   return reinterpret_cast<std::intptr_t>(handle);
+}
+
+bool isLink(HANDLE file) {
+  FILE_ATTRIBUTE_TAG_INFO info = {};
+  return ::GetFileInformationByHandleEx(file, FileAttributeTagInfo, &info, sizeof info) != 0 &&
+         (info.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && IsReparseTagNameSurrogate(info.ReparseTag);
 }
 
 std::wstring toWide(std::string_view text) {
@@ -148,9 +155,13 @@ File File::forInput(const fs::path& path) {
   return file;
 }
 
-File File::forOutput(const fs::path& path) {
-  File file(open(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS));
+File File::forOutput(const fs::path& path, host::Links links) {
+  // A link is opened itself then, and told from a file by its tag. Files that are kept elsewhere have tags as well.
+  const DWORD flags = links == host::Links::refuse ? FILE_FLAG_OPEN_REPARSE_POINT : 0;
+  File file(open(path, GENERIC_WRITE | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, OPEN_ALWAYS, flags));
   file.requireRegular(path);
+  if (links == host::Links::refuse && isLink(handleOf(file.m_handle)))
+    raise(ErrorNumber::pathFileAccessError);
   file.m_isOutput = true; // CREATE_ALWAYS would refuse a hidden file
   return file;
 }

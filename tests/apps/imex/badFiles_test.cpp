@@ -185,6 +185,17 @@ TEST_P(BadFile, underTheNameOfTheResultsPage_isNotReplaced) {
   EXPECT_EQ(bytes, folder.read("validationresults.html"));
 }
 
+TEST_P(BadFile, besideALinkUnderTheNameOfTheResultsPage_leavesWhatItLeadsTo) {
+  folder.write("precious.txt", "text");
+  const std::string page = folder.link("validationresults.html", "precious.txt");
+  const Ended ended = importOnRoad(folder.write("import.txt", customer("C1") + "\r\n"));
+  EXPECT_EQ(0, ended.status);
+  EXPECT_EQ("imex: The server responded, but the results could not be displayed.\nimex: " + page +
+                ": Path/File access error (error 75)\n",
+            ended.err);
+  EXPECT_EQ("text", folder.read("precious.txt"));
+}
+
 TEST_P(BadFile, behindALink_isTheFileThatTheSystemMeans) {
   folder.write("there/inner/x", "");
   folder.write("there/file.txt", customer("C1") + "\r\n");

@@ -84,7 +84,13 @@ INSTANTIATE_TEST_SUITE_P(everyEncoding, ImExFileEditRoundTrip,
                                                           Encoding::windows1252),
                                           testing::Values('\t', '|')));
 
-class ImExFileEditBytes : public EditorTest {};
+class ImExFileEditBytes : public EditorTest {
+ protected:
+  void load(const std::string& bytes, int rows, int fields) {
+    giveFile(bytes, rows, fields);
+    editor.loadGrid();
+  }
+};
 
 TEST_F(ImExFileEditBytes, greatFileIsTheSameBytes) {
   std::string bytes;
@@ -111,6 +117,52 @@ TEST_F(ImExFileEditBytes, fieldOf30000CharactersIsTheSame) {
   editor.loadGrid();
   click(save());
   EXPECT_EQ(bytes, fileBytes());
+}
+
+// A row without a text is not saved, so another line may come first, and what it begins with must stay a text.
+TEST_F(ImExFileEditBytes, firstTextThatBeginsLikeAMarkIsReadAgain) {
+  const std::string mark(kUtf8Mark);
+  load("\r\n" + mark + "a|b\r\n", 2, 2);
+  click(save());
+  EXPECT_EQ(mark + mark + "a|b\r\n", fileBytes());
+  load(fileBytes(), 1, 2);
+  EXPECT_EQ((Texts{"1", mark + "a", "b"}), row(1));
+  click(save());
+  EXPECT_EQ(mark + mark + "a|b\r\n", fileBytes()) << "one mark is enough";
+}
+
+TEST_F(ImExFileEditBytes, firstTextOfTheBytesOfAMarkIsReadAgain) {
+  load("\r\n\xEF\xBB\xBF|caf\xE9\r\n", 2, 2);
+  const Texts fields = {"\u00EF\u00BB\u00BF", "café"};
+  ASSERT_EQ(Texts{"2"} + fields, row(2));
+  click(save());
+  EXPECT_EQ(std::string(kUtf8Mark) + "\u00EF\u00BB\u00BF|café\r\n", fileBytes());
+  load(fileBytes(), 1, 2);
+  EXPECT_EQ(Texts{"1"} + fields, row(1));
+}
+
+TEST_F(ImExFileEditBytes, textsWhoseBytesBecomeUtf8AreReadAgain) {
+  load("caf\xE9|x\r\n\xC3\xA9|y\r\n", 2, 2);
+  cells().removeRow(1);
+  click(save());
+  EXPECT_EQ(std::string(kUtf8Mark) + "\u00C3\u00A9|y\r\n", fileBytes());
+  load(fileBytes(), 1, 2);
+  EXPECT_EQ((Texts{"1", "\u00C3\u00A9", "y"}), row(1));
+}
+
+TEST_F(ImExFileEditBytes, textsThatBecomeAsciiStayWithoutAMark) {
+  load("caf\xE9|x\r\n", 1, 2);
+  cells().setText({1, 1}, "cafe");
+  click(save());
+  EXPECT_EQ("cafe|x\r\n", fileBytes());
+}
+
+TEST_F(ImExFileEditBytes, charactersAcrossALineEndAreNoUtf8) {
+  load("a\xC3\r\n\xA9|y\r\n", 2, 2);
+  cells().setText({1, 2}, "\u00C3");
+  cells().setText({1, 1}, "b");
+  click(save());
+  EXPECT_EQ("b|\xC3\r\n\xA9|y\r\n", fileBytes());
 }
 
 TEST_F(ImExFileEditBytes, unusedBytesOfWindows1252AreKept) {

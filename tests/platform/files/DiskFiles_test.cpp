@@ -122,6 +122,14 @@ TEST_F(DiskFiles, anExistingFileIsEmptied) {
   EXPECT_EQ(names(), (Texts{"Old.txt"}));
 }
 
+TEST_F(DiskFiles, aFileThatIsNoLink_isWrittenWhereLinksAreRefused) {
+  folder.write("Old.txt", "a long text that was here");
+  for (const std::string_view name : {"OLD.TXT", "new.txt"})
+    files.openForOutput(backslashed(name), host::Links::refuse)->write("new");
+  EXPECT_EQ(folder.read("Old.txt"), "new");
+  EXPECT_EQ(folder.read("new.txt"), "new");
+}
+
 TEST_F(DiskFiles, aSinkThatGoes_closesItsFile) {
   files.openForOutput(folder / "new.txt")->write("text");
   EXPECT_EQ(folder.read("new.txt"), "text");

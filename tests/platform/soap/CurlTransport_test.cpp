@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace imex::platform {
@@ -558,6 +559,20 @@ TEST(CurlTransport, certificateOfAnotherHost_isRefused) {
             "1003 CurlTransport: No secure connection to " + address +
                 ": SSL: no alternative certificate subject name matches target host name '127.0.0.1'");
   EXPECT_TRUE(server.requests().empty());
+}
+
+TEST(CurlTransport, certificateOutsideItsTime_isRefused) {
+  const std::vector<std::pair<test::Validity, std::string>> cases = {{test::kYesterday, "certificate has expired"},
+                                                                     {test::kTomorrow, "certificate is not yet valid"}};
+  for (const auto& [validity, problem] : cases) {
+    const TemporaryFolder folder;
+    const Certificate certificate("IP:127.0.0.1", validity);
+    const FaultyServer server(goodAnswer(), certificate.makeStream());
+    const std::string address = server.address("/secured", "https");
+    EXPECT_EQ(failure([&] { exchange(address, {.caFile = folder.write("ca.pem", certificate.pem())}); }),
+              "1003 CurlTransport: No secure connection to " + address + ": SSL certificate problem: " + problem);
+    EXPECT_TRUE(server.requests().empty()) << problem;
+  }
 }
 
 TEST(CurlTransport, serverWithoutTls_isNoSecureConnection) {

@@ -14,7 +14,6 @@ namespace imex::test {
 
 namespace {
 
-constexpr long kHour = 3600;
 constexpr long kThirdVersion = 2; // versions of certificates count from 0
 
 template <class T, void (*Free)(T*)>
@@ -43,13 +42,13 @@ void addExtension(X509* certificate, int kind, const std::string& value) {
   require(extension && X509_add_ext(certificate, extension.get(), -1) == 1);
 }
 
-X509Ptr sign(EVP_PKEY* key, const std::string& name) {
+X509Ptr sign(EVP_PKEY* key, const std::string& name, Validity validity) {
   X509Ptr certificate(X509_new());
   X509* x = certificate.get();
   require(x != nullptr && X509_set_version(x, kThirdVersion) == 1);
   ASN1_INTEGER_set(X509_get_serialNumber(x), 1);
-  X509_gmtime_adj(X509_getm_notBefore(x), -kHour);
-  X509_gmtime_adj(X509_getm_notAfter(x), 24 * kHour);
+  X509_gmtime_adj(X509_getm_notBefore(x), validity.from);
+  X509_gmtime_adj(X509_getm_notAfter(x), validity.to);
   X509_NAME* subject = X509_get_subject_name(x);
   const std::array<unsigned char, 4> commonName = {'T', 'e', 's', 't'};
   X509_NAME_add_entry_by_txt(subject, "CN", MBSTRING_ASC, commonName.data(), int{commonName.size()}, -1, 0);
@@ -87,11 +86,11 @@ struct Certificate::Parts {
   Context context;
 };
 
-Certificate::Certificate(const std::string& name) : m_parts(std::make_unique<Parts>()) {
+Certificate::Certificate(const std::string& name, Validity validity) : m_parts(std::make_unique<Parts>()) {
   std::signal(SIGPIPE, SIG_IGN); // the library writes to sockets that a client may have closed
   m_parts->key.reset(EVP_EC_gen("P-256"));
   require(m_parts->key != nullptr);
-  m_parts->certificate = sign(m_parts->key.get(), name);
+  m_parts->certificate = sign(m_parts->key.get(), name, validity);
   m_parts->context.reset(SSL_CTX_new(TLS_server_method()));
   require(SSL_CTX_use_certificate(m_parts->context.get(), m_parts->certificate.get()) == 1 &&
           SSL_CTX_use_PrivateKey(m_parts->context.get(), m_parts->key.get()) == 1);

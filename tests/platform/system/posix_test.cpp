@@ -146,6 +146,7 @@ TEST_F(PosixFiles, everyCodeOfTheSystem_hasItsError) {
   EXPECT_EQ(numberOf(EISDIR), 75);
   EXPECT_EQ(numberOf(EEXIST), 75);
   EXPECT_EQ(numberOf(ENXIO), 75);
+  EXPECT_EQ(numberOf(ELOOP), 75);
   EXPECT_EQ(numberOf(ENOTDIR), 76);
   EXPECT_EQ(numberOf(ENOSPC), 61);
   EXPECT_EQ(numberOf(EDQUOT), 61);
@@ -163,6 +164,25 @@ TEST_F(PosixFiles, whatIsNotFound_isAFileOrItsFolder) {
 TEST_F(PosixFiles, aLinkToNothing_isError53) {
   fs::create_symlink(folder / "nowhere", folder / "link.txt");
   EXPECT_EQ(errorOfInput(folder / "link.txt"), 53);
+}
+
+TEST_F(PosixFiles, aLink_isWrittenThroughUnlessLinksAreRefused) {
+  folder.write("a.txt", "text");
+  fs::create_symlink(folder / "a.txt", folder / "link.txt");
+  EXPECT_EQ(raisedNumber([&] { files.openForOutput(folder / "link.txt", host::Links::refuse); }), 75);
+  EXPECT_EQ(folder.read("a.txt"), "text");
+  files.openForOutput(folder / "link.txt", host::Links::follow)->write("new");
+  EXPECT_EQ(folder.read("a.txt"), "new");
+  EXPECT_TRUE(fs::is_symlink(folder / "link.txt"));
+}
+
+TEST_F(PosixFiles, whereLinksAreRefused_noneToNothingAndNoneInACircleIsFollowed) {
+  fs::create_symlink(folder / "nowhere", folder / "dangling.txt");
+  fs::create_symlink(folder / "circle.txt", folder / "circle.txt");
+  for (const std::string_view name : {"dangling.txt", "circle.txt"})
+    EXPECT_EQ(raisedNumber([&] { files.openForOutput(folder / name, host::Links::refuse); }), 75) << name;
+  EXPECT_EQ(errorOfOutput(folder / "circle.txt"), 75);
+  EXPECT_FALSE(fs::exists(folder / "nowhere"));
 }
 
 TEST_F(PosixFiles, aDevice_isError75) {
