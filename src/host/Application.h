@@ -1,11 +1,13 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <string>
 
 namespace imex::host {
 
 /// The host application.
-class Application {
+class IMEX_EXPORT Application {
  public:
   virtual ~Application() = default;
 

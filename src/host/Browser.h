@@ -1,12 +1,14 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <string>
 #include <string_view>
 
 namespace imex::host {
 
 /// A web browser that shows one document. It starts with "about:blank", an empty page.
-class Browser {
+class IMEX_EXPORT Browser {
  public:
   virtual ~Browser() = default;
 

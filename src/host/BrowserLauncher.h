@@ -1,11 +1,13 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <string_view>
 
 namespace imex::host {
 
 /// Opens pages in the user's web browser.
-class BrowserLauncher {
+class IMEX_EXPORT BrowserLauncher {
  public:
   virtual ~BrowserLauncher() = default;
 

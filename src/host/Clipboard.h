@@ -1,11 +1,13 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <string_view>
 
 namespace imex::host {
 
 /// The clipboard that the user's programs share.
-class Clipboard {
+class IMEX_EXPORT Clipboard {
  public:
   virtual ~Clipboard() = default;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/export.h"
+
 namespace imex::host {
 
 /// A moment of local time, to the minute.
@@ -12,7 +14,7 @@ struct LocalTime {
 };
 
 /// The host's clock.
-class Clock {
+class IMEX_EXPORT Clock {
  public:
   virtual ~Clock() = default;
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <string>
 
 namespace imex::host {
 
 /// The user who is logged in to the host.
-class CurrentUser {
+class IMEX_EXPORT CurrentUser {
  public:
   virtual ~CurrentUser() = default;
 

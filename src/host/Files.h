@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/ByteStream.h"
+#include "runtime/export.h"
 
 #include <memory>
 #include <string>
@@ -16,7 +17,7 @@ enum class Links { follow, refuse };
 /// and leaves case out of account where the exact name is missing. Failures are RuntimeErrors: 53 no such file, 76 a
 /// folder of the path is missing, 75 a folder (or another thing that is no file) where a file is wanted, 70 no access,
 /// 61 disk full, 57 anything else.
-class Files {
+class IMEX_EXPORT Files {
  public:
   virtual ~Files() = default;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/Event.h"
+#include "runtime/export.h"
 
 #include <string_view>
 
@@ -25,7 +26,7 @@ struct GridCell {
 /// How a grid lays its cells out. Widths and heights are in twips, a twentieth of a point: 1440 to the inch, 15 to the
 /// pixel of an ordinary screen. Error 9 for a row or a column outside, error 5 for a negative measure; the layout then
 /// stays as it was.
-class GridLayout {
+class IMEX_EXPORT GridLayout {
  public:
   virtual ~GridLayout() = default;
 
@@ -54,7 +55,7 @@ class GridLayout {
 
 /// A matrix of texts with a fixed row 0 (the header) and a fixed column 0 (the row numbers), which the user cannot
 /// enter, and with one current cell. Error 9 for a cell outside; the grid then stays as it was.
-class Grid {
+class IMEX_EXPORT Grid {
  public:
   virtual ~Grid() = default;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -10,7 +12,7 @@ namespace imex::host {
 /// One HTTP exchange at a time: send() posts a message and waits, Receive() gives the answer.
 /// Failures are RuntimeErrors from 1001 up whose descriptions say what happened and to which address; see
 /// platform/soap/errors.h.
-class HttpTransport {
+class IMEX_EXPORT HttpTransport {
  public:
   virtual ~HttpTransport() = default;
 

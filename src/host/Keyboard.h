@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <string_view>
 
 namespace imex::host {
@@ -8,7 +10,7 @@ namespace imex::host {
 enum class VirtualKey { tab = 9, shift = 16 };
 
 /// The keyboard, past the events of a control.
-class Keyboard {
+class IMEX_EXPORT Keyboard {
  public:
   virtual ~Keyboard() = default;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <string_view>
 
 namespace imex::host {
@@ -12,7 +14,7 @@ inline constexpr int kInformationStyle = 64; ///< OK, information icon
 enum class Answer { ok = 1, yes = 6, no = 7 };
 
 /// Shows a text to the user and waits for the answer.
-class MessageBox {
+class IMEX_EXPORT MessageBox {
  public:
   virtual ~MessageBox() = default;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,7 +31,7 @@ struct ChosenFile {
 };
 
 /// Lets the user choose an existing file.
-class OpenFileDialog {
+class IMEX_EXPORT OpenFileDialog {
  public:
   virtual ~OpenFileDialog() = default;
 

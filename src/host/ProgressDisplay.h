@@ -1,12 +1,14 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <string_view>
 
 namespace imex::host {
 
 /// Tells the user that something long is going on. One object serves one operation: it is made before it, and what it
 /// shows goes away with it.
-class ProgressDisplay {
+class IMEX_EXPORT ProgressDisplay {
  public:
   virtual ~ProgressDisplay() = default;
 

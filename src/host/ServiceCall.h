@@ -2,6 +2,7 @@
 
 #include "host/ImportBean.h"
 #include "host/SoapNode.h"
+#include "runtime/export.h"
 
 #include <cstdint>
 #include <memory>
@@ -21,7 +22,7 @@ struct ServiceRequest {
 };
 
 /// Calls the host's import service.
-class ServiceCall {
+class IMEX_EXPORT ServiceCall {
  public:
   virtual ~ServiceCall() = default;
 

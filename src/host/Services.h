@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/RuntimeError.h"
+#include "runtime/export.h"
 
 #include <functional>
 #include <memory>
@@ -47,13 +48,13 @@ struct Services {
 };
 
 /// Replaces the services of the process. Called on the thread that uses the component.
-void install(Services services);
+IMEX_EXPORT void install(Services services);
 
 /// The installed services.
-const Services& services();
+IMEX_EXPORT const Services& services();
 
 /// The trace log of this thread; null where none is installed, at the cost of one branch.
-TraceLog* traceLog();
+IMEX_EXPORT TraceLog* traceLog();
 
 /// The service itself. Error 429 where it was not supplied: `host::required(services().files)`.
 template <class Service>

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <cstdint>
 #include <string>
 
 namespace imex::host {
 
 /// The host's settings. They are asked for afresh at every use.
-class Settings {
+class IMEX_EXPORT Settings {
  public:
   virtual ~Settings() = default;
 

@@ -2,6 +2,7 @@
 
 #include "host/HttpTransport.h"
 #include "host/SoapNode.h"
+#include "runtime/export.h"
 
 #include <cstddef>
 #include <string>
@@ -11,7 +12,7 @@ namespace imex::host {
 
 /// A SOAP 1.1 message: filled and serialised as a request, then filled again from the answer. Its nodes are valid until
 /// the next parse().
-class SoapEnvelope {
+class IMEX_EXPORT SoapEnvelope {
  public:
   virtual ~SoapEnvelope() = default;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -8,7 +10,7 @@
 namespace imex::host {
 
 /// An element of a SOAP message. It belongs to the message that it is part of and lives as long.
-class SoapNode {
+class IMEX_EXPORT SoapNode {
  public:
   virtual ~SoapNode() = default;
 

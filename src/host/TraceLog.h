@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/RuntimeError.h"
+#include "runtime/export.h"
 
 #include <cstdint>
 #include <string_view>
@@ -10,7 +11,7 @@ namespace imex::host {
 /// The host's trace log. One object serves one thread for the thread's life, so it needs no lock of its own state.
 /// The component writes to it and never reads anything back; an error that it raises is an error of the procedure that
 /// was being traced. The texts are valid during the call only.
-class TraceLog {
+class IMEX_EXPORT TraceLog {
  public:
   virtual ~TraceLog() = default;
 

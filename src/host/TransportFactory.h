@@ -2,13 +2,14 @@
 
 #include "host/HttpTransport.h"
 #include "host/SoapEnvelope.h"
+#include "runtime/export.h"
 
 #include <memory>
 
 namespace imex::host {
 
 /// Hands out what an exchange over SOAP needs. Every call gives a new object.
-class TransportFactory {
+class IMEX_EXPORT TransportFactory {
  public:
   virtual ~TransportFactory() = default;
 

@@ -5,6 +5,7 @@
 #include "runtime/Collection.h"
 #include "runtime/FileNumbers.h"
 #include "runtime/Integer.h"
+#include "runtime/export.h"
 
 #include <string>
 #include <string_view>
@@ -22,20 +23,20 @@ namespace imex::ImExModule {
 /// A file that cannot be read is named in a box. The formats before it stay known, it and those after it are unknown.
 /// A second call after a failure begins anew with an empty catalogue but with the column counts of the first, and so
 /// fails at once, at the first format whose count is there already.
-void initialize();
+IMEX_EXPORT void initialize();
 
 /// The number of columns of a format; 0, silently, for an unknown key.
-Integer getFormatColumnCount(std::string_view key);
+IMEX_EXPORT Integer getFormatColumnCount(std::string_view key);
 
 /// Whether the format has a column count. An empty format file gives a known format of 0 columns.
-bool isFormatCounted(std::string_view key);
+IMEX_EXPORT bool isFormatCounted(std::string_view key);
 
 /// The column names of a format, in file order; null, silently, for an unknown key. The list is the catalogue's own:
 /// what a caller adds to it stays for the rest of the process, while the column count stays as loaded.
-StringsPtr getFormatColumns(std::string_view key);
+IMEX_EXPORT StringsPtr getFormatColumns(std::string_view key);
 
 /// The folder of the component's temporary files, with a separator at its end; empty before initialize().
-const std::string& workingDirectory();
+IMEX_EXPORT const std::string& workingDirectory();
 
 // --- Text and files -------------------------------------------------------------------------------------------------
 
@@ -43,17 +44,17 @@ const std::string& workingDirectory();
 /// and an empty line is one empty field.
 ///
 /// Positions are 16-bit, so a line of more than 32,767 characters raises error 6.
-StringsPtr Parse(std::string_view line, Integer delimiterAscii);
+IMEX_EXPORT StringsPtr Parse(std::string_view line, Integer delimiterAscii);
 
 /// Whether the file can be opened for reading, tried under file number 1. Any error, a taken number 1 included, is
 /// false and nothing more.
-Boolean checkFileExists(std::string_view fileName);
+IMEX_EXPORT Boolean checkFileExists(std::string_view fileName);
 
 /// The open text files of the component.
-FileNumbers& openFiles();
+IMEX_EXPORT FileNumbers& openFiles();
 
 /// A text file that is read, closed when the object goes.
-class InputFile {
+class IMEX_EXPORT InputFile {
  public:
   /// Opens `fileName` under `number`; with no number, under the lowest free one. Errors pass through.
   explicit InputFile(std::string_view fileName);
@@ -75,7 +76,7 @@ class InputFile {
 
 /// A text file that is written anew, in UTF-8. Without a call of close() it is closed all the same, but an error of
 /// the last bytes is lost.
-class OutputFile {
+class IMEX_EXPORT OutputFile {
  public:
   /// Creates `fileName`, or takes the one that is there to replace what is in it, under the lowest free number. Errors
   /// pass through.
@@ -99,6 +100,6 @@ class OutputFile {
 
 /// Opens a finished page in the user's browser and returns at once. A failure is recorded and swallowed. The result is
 /// always 0 and means nothing.
-Integer launchInternetExplorer(const std::string& url);
+IMEX_EXPORT Integer launchInternetExplorer(const std::string& url);
 
 } // namespace imex::ImExModule

@@ -3,6 +3,7 @@
 #include "host/Services.h"
 #include "runtime/Integer.h"
 #include "runtime/RuntimeError.h"
+#include "runtime/export.h"
 
 #include <concepts>
 #include <optional>
@@ -54,28 +55,28 @@ struct Ignore {};
 /// Thrown by a body to leave its procedure in the middle although nothing failed: nothing is recorded, no exit line is
 /// written, and the result is an empty one. Where the convention wants the exit line of such a procedure, its body
 /// returns instead.
-struct LeaveEarly {};
+struct IMEX_EXPORT LeaveEarly {};
 
 /// The prompt of a failure that has no text of its own.
 inline constexpr std::string_view kDefaultFailurePrompt = "The requested operation could not be completed.";
 
 /// Ending: the user sees a box with the error in its title; the result is an empty one.
-struct ShowBox {
+struct IMEX_EXPORT ShowBox {
   std::string prompt = {}; ///< empty: kDefaultFailurePrompt
 
   void operator()(const CaughtError& error) const;
 };
 
 /// Whether a trace log is there that takes the entry and exit lines of procedures.
-bool isTracing();
+IMEX_EXPORT bool isTracing();
 
 namespace detail {
 
-void trace(const Procedure& procedure, std::string_view text, std::string_view message);
+IMEX_EXPORT void trace(const Procedure& procedure, std::string_view text, std::string_view message);
 
 /// Takes the error in flight and records it. A number past 16 bits raises error 6 instead, which reaches the
 /// procedure's caller: the number variable of the convention is that narrow on purpose.
-CaughtError record(const Procedure& procedure);
+IMEX_EXPORT CaughtError record(const Procedure& procedure);
 
 template <class Result, class Ending>
 Result finish(const Procedure& procedure, Ending&& ending) {

@@ -2,6 +2,7 @@
 
 #include "runtime/Boolean.h"
 #include "runtime/Integer.h"
+#include "runtime/export.h"
 
 #include <string>
 #include <string_view>
@@ -19,19 +20,20 @@
 namespace imex::ImExModule {
 
 /// At most `maximum` characters. A value exactly as long passes.
-std::string checkMaxLength(std::string_view fieldName, std::string_view value, Integer maximum, Boolean required);
+IMEX_EXPORT std::string checkMaxLength(std::string_view fieldName, std::string_view value, Integer maximum,
+                                       Boolean required);
 
 /// A number. Its size does not matter.
-std::string checkNumeric(std::string_view fieldName, std::string_view value, Boolean required);
+IMEX_EXPORT std::string checkNumeric(std::string_view fieldName, std::string_view value, Boolean required);
 
 /// A whole number from 0 to 2,147,483,647. The sign is judged after rounding half to even: -0.5 is found not to be
 /// whole and -0.6 to be negative.
-std::string checkNonNegativeInteger(std::string_view fieldName, std::string_view value, Boolean required);
+IMEX_EXPORT std::string checkNonNegativeInteger(std::string_view fieldName, std::string_view value, Boolean required);
 
 /// At most `maximum`, itself a number as text. The kind is "Long" (32 bits, rounded to whole numbers; a value of 11
 /// characters or more exceeds every maximum) or "Currency" (64 bits, rounded to four decimal places), in this case.
 /// With any other kind no value can be verified.
-std::string checkMaxAmount(std::string_view fieldName, std::string_view kind, std::string_view value,
-                           std::string_view maximum, Boolean required);
+IMEX_EXPORT std::string checkMaxAmount(std::string_view fieldName, std::string_view kind, std::string_view value,
+                                       std::string_view maximum, Boolean required);
 
 } // namespace imex::ImExModule

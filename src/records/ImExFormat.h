@@ -3,13 +3,14 @@
 #include "runtime/Boolean.h"
 #include "runtime/Collection.h"
 #include "runtime/Integer.h"
+#include "runtime/export.h"
 
 #include <string>
 
 namespace imex {
 
 /// The import service's verdict on one line of the import file.
-class ImExFormat {
+class IMEX_EXPORT ImExFormat {
  public:
   /// The error texts and the warning texts of the line, null until they are first used.
   StringsPtr cErrors;
@@ -46,8 +47,8 @@ class ImExFormat {
   Boolean m_actionSuccessful;
 };
 
-bool isAscii(const ImExFormat& format);
-const std::string& lineOf(const ImExFormat& format);
+IMEX_EXPORT bool isAscii(const ImExFormat& format);
+IMEX_EXPORT const std::string& lineOf(const ImExFormat& format);
 
 /// Whether there is no text in the list. A list that was never used need not be made for that.
 inline bool isEmpty(const StringsPtr& texts) {

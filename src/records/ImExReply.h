@@ -5,6 +5,7 @@
 #include "runtime/Boolean.h"
 #include "runtime/Collection.h"
 #include "runtime/Integer.h"
+#include "runtime/export.h"
 
 #include <memory>
 #include <string>
@@ -15,7 +16,7 @@ using ImExFormatPtr = std::shared_ptr<ImExFormat>;
 using ImExFormatsPtr = CollectionPtr<ImExFormatPtr>;
 
 /// The import service's whole answer to one import. Every answer gets a reply of its own; a reply is never cleared.
-class ImExReply {
+class IMEX_EXPORT ImExReply {
  public:
   /// The verdicts in the service's order, null until first used, and the number of error and warning texts in all of
   /// them.

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "runtime/Integer.h"
+#include "runtime/export.h"
 
 #include <string>
 
 namespace imex {
 
 /// One message about one row of the import file.
-class ImportExportErrorBean {
+class IMEX_EXPORT ImportExportErrorBean {
  public:
   /// The row of the file that the message belongs to.
   void RowNumber(const Integer& value);

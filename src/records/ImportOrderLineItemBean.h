@@ -1,11 +1,12 @@
 #pragma once
 
 #include "records/LineItemRecord.h"
+#include "runtime/export.h"
 
 namespace imex {
 
 /// One line item of an order.
-class ImportOrderLineItemBean : public LineItemRecord {
+class IMEX_EXPORT ImportOrderLineItemBean : public LineItemRecord {
  public:
   ImportOrderLineItemBean();
 };

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "records/LineItemRecord.h"
+#include "runtime/export.h"
 
 namespace imex {
 
 /// One line item of a project.
-class ImportProjectLineItemBean : public LineItemRecord {
+class IMEX_EXPORT ImportProjectLineItemBean : public LineItemRecord {
  public:
   ImportProjectLineItemBean();
 };

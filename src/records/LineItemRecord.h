@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,7 +13,7 @@ namespace imex {
 ///
 /// No value is checked here; the serialisers of ImExRequest store only what passed their checks. Every accessor is
 /// traced; an error in it is recorded, a read gives the value all the same and a write leaves what was there.
-class LineItemRecord {
+class IMEX_EXPORT LineItemRecord {
  public:
   /// A whole number from 0 to 99999.
   std::string quantity() const { return read("quantity", m_quantity); }

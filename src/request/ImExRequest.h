@@ -12,6 +12,7 @@
 #include "runtime/Event.h"
 #include "runtime/Integer.h"
 #include "runtime/TextFile.h"
+#include "runtime/export.h"
 
 #include <cstdint>
 #include <functional>
@@ -46,7 +47,7 @@ using OrderLineItemsPtr = CollectionPtr<std::shared_ptr<ImportOrderLineItemBean>
 /// Codes: ImportExport "IMPORT"; DataType "CUSTOMER", "PRODUCT", "INVOICE", "COMMISSION", "BALLASTS" and, for line
 /// items, "PROJECTLINEITEM", "QUOTELINEITEM", "ORDERLINEITEM"; DataOrigin "AGENT" (the agent's own layout), "HALVIK"
 /// (the manufacturer's); Schedule "INSTANT"; Delimiter "TAB", "PIPE".
-class ImExRequest {
+class IMEX_EXPORT ImExRequest {
  public:
   // --- Events, in the order of declaration --------------------------------------------------------------------------
 

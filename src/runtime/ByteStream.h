@@ -1,12 +1,14 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <cstddef>
 #include <string_view>
 
 namespace imex {
 
 /// Bytes to read, in order. Errors are RuntimeErrors (57 where nothing better fits).
-class ByteSource {
+class IMEX_EXPORT ByteSource {
  public:
   virtual ~ByteSource() = default;
 
@@ -18,7 +20,7 @@ class ByteSource {
 };
 
 /// A place to write bytes to, in order. Destroying it closes it and hides an error of the closing.
-class ByteSink {
+class IMEX_EXPORT ByteSink {
  public:
   virtual ~ByteSink() = default;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/TextFile.h"
+#include "runtime/export.h"
 
 #include <functional>
 #include <map>
@@ -9,7 +10,7 @@
 namespace imex {
 
 /// The open text files of the process, each under a number from 1 to 511. A number in use cannot be taken again.
-class FileNumbers {
+class IMEX_EXPORT FileNumbers {
  public:
   using OpenSource = std::function<std::unique_ptr<ByteSource>()>;
   using OpenSink = std::function<std::unique_ptr<ByteSink>()>;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <cstdint>
 #include <exception>
 #include <string>
@@ -28,12 +30,12 @@ enum class ErrorNumber : std::int32_t {
 };
 
 /// The standing description of an error number, "Internal error" for a number that has none.
-std::string_view describe(ErrorNumber number);
+IMEX_EXPORT std::string_view describe(ErrorNumber number);
 
 /// An error of the component: a number (32 bits; an adapter keeps it within 16), the name of what raised it and a
 /// description that a person can read. Every failure travels as this type; anything else that is caught is turned
 /// into one by currentError().
-class RuntimeError : public std::exception {
+class IMEX_EXPORT RuntimeError : public std::exception {
  public:
   /// An error with its standing description. `source` names the class or module that raises it.
   explicit RuntimeError(ErrorNumber number, std::string_view source = "ImEx");
@@ -57,6 +59,6 @@ class RuntimeError : public std::exception {
 
 /// The error being handled, as a RuntimeError: itself where it is one, 7 for std::bad_alloc, 51 with the text of
 /// what() behind the description for every other std::exception. Called in a catch block only.
-RuntimeError currentError();
+IMEX_EXPORT RuntimeError currentError();
 
 } // namespace imex

@@ -2,6 +2,7 @@
 
 #include "runtime/ByteStream.h"
 #include "runtime/encoding.h"
+#include "runtime/export.h"
 #include "runtime/text.h"
 
 #include <cstddef>
@@ -20,7 +21,7 @@ namespace imex {
 /// as they are ASCII; at the first other character the reader looks ahead to the end of the source, and then comes
 /// back to where it was. Memory is one buffer, a second one while it looks ahead, and the longest line where a line
 /// does not fit into the buffer.
-class TextReader {
+class IMEX_EXPORT TextReader {
  public:
   /// Looks for the UTF-8 mark. Errors of the source pass through.
   explicit TextReader(std::unique_ptr<ByteSource> source);
@@ -71,7 +72,7 @@ inline bool TextReader::takeWholeLine(std::string_view& raw) {
 }
 
 /// Writes text, and ends lines by CR LF.
-class TextWriter {
+class IMEX_EXPORT TextWriter {
  public:
   /// Writes the mark first where the encoding has one.
   explicit TextWriter(std::unique_ptr<ByteSink> sink, Encoding encoding = Encoding::utf8);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -13,7 +15,7 @@ enum class Encoding { utf8, utf8WithMark, windows1252 };
 inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 /// Judges bytes that arrive in pieces: whether all of them together are valid UTF-8.
-class Utf8Validator {
+class IMEX_EXPORT Utf8Validator {
  public:
   /// Takes the next piece. False as soon as the bytes cannot be UTF-8 any more.
   bool feed(std::string_view bytes);
@@ -32,12 +34,12 @@ class Utf8Validator {
 };
 
 /// Appends the UTF-8 form of Windows-1252 bytes to `text`.
-void appendWindows1252(std::string& text, std::string_view bytes);
+IMEX_EXPORT void appendWindows1252(std::string& text, std::string_view bytes);
 
 /// Whether every character of `text` exists in the encoding.
-bool canEncode(std::string_view text, Encoding encoding);
+IMEX_EXPORT bool canEncode(std::string_view text, Encoding encoding);
 
 /// `text` in the bytes of the encoding, without a mark. Error 5 for a character that the encoding lacks.
-std::string encode(std::string_view text, Encoding encoding);
+IMEX_EXPORT std::string encode(std::string_view text, Encoding encoding);
 
 } // namespace imex

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/Integer.h"
+#include "runtime/export.h"
 
 #include <compare>
 #include <cstdint>
@@ -28,16 +29,16 @@ namespace imex {
 // error 13 for a text that is not a number and error 6 for one that does not fit; rounding is half to even everywhere.
 
 /// Whether `text` is a number. The empty text is not.
-bool isNumeric(std::string_view text);
+IMEX_EXPORT bool isNumeric(std::string_view text);
 
 /// The nearest double, 0 for what is too small for one. Error 6 past the greatest double.
-double toDouble(std::string_view text);
+IMEX_EXPORT double toDouble(std::string_view text);
 
 /// The number as a signed integer of 32 bits.
-std::int32_t toLong(std::string_view text);
+IMEX_EXPORT std::int32_t toLong(std::string_view text);
 
 /// The number as a signed integer of 16 bits.
-Integer toInteger(std::string_view text);
+IMEX_EXPORT Integer toInteger(std::string_view text);
 
 /// A fixed-point amount: 64 bits, four decimal places, so -922,337,203,685,477.5808 to 922,337,203,685,477.5807.
 class Currency {
@@ -57,6 +58,6 @@ class Currency {
 };
 
 /// The number as an amount, taken from its decimal digits and not by way of a double.
-Currency toCurrency(std::string_view text);
+IMEX_EXPORT Currency toCurrency(std::string_view text);
 
 } // namespace imex

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/RuntimeError.h"
+#include "runtime/export.h"
 
 #include <cstddef>
 #include <string>
@@ -14,29 +15,29 @@ namespace imex {
 inline constexpr std::string_view kLineBreak = "\r\n";
 
 /// The number of characters.
-std::size_t length(std::string_view text);
+IMEX_EXPORT std::size_t length(std::string_view text);
 
 /// `text` with every character replaced by its upper-case form, one character to one character: "é" becomes "É", and
 /// "ß", whose capital form is two letters, stays.
-std::string upperCase(std::string_view text);
+IMEX_EXPORT std::string upperCase(std::string_view text);
 
 /// The same, appended to `result`.
-void appendUpperCase(std::string& result, std::string_view text);
+IMEX_EXPORT void appendUpperCase(std::string& result, std::string_view text);
 
 /// Whether two texts are the same when case is left out of account.
-bool equalsIgnoringCase(std::string_view a, std::string_view b);
+IMEX_EXPORT bool equalsIgnoringCase(std::string_view a, std::string_view b);
 
 /// Whether all characters are ASCII.
-bool isAscii(std::string_view text);
+IMEX_EXPORT bool isAscii(std::string_view text);
 
 /// `text` without the blanks, tabs and line ends around it.
-std::string_view trimmed(std::string_view text);
+IMEX_EXPORT std::string_view trimmed(std::string_view text);
 
 /// `text` without any of the characters in `unwanted` (ASCII), the rest in order.
-std::string without(std::string_view text, std::string_view unwanted);
+IMEX_EXPORT std::string without(std::string_view text, std::string_view unwanted);
 
 /// The character with this code, as UTF-8. Error 5 where there is none (a negative code, a surrogate, past 0x10FFFF).
-std::string character(long code);
+IMEX_EXPORT std::string character(long code);
 
 /// One character of `text`, decoded.
 struct CodePoint {
@@ -46,9 +47,9 @@ struct CodePoint {
 };
 
 /// The character that starts at byte `position`, which lies inside `text`.
-CodePoint codePointAt(std::string_view text, std::size_t position);
+IMEX_EXPORT CodePoint codePointAt(std::string_view text, std::size_t position);
 
 /// Appends the UTF-8 form of `value`, which is a code point outside the surrogates.
-void appendUtf8(std::string& text, char32_t value);
+IMEX_EXPORT void appendUtf8(std::string& text, char32_t value);
 
 } // namespace imex

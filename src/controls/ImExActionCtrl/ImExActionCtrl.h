@@ -4,6 +4,7 @@
 #include "request/ImExRequest.h"
 #include "runtime/Boolean.h"
 #include "runtime/Integer.h"
+#include "runtime/export.h"
 
 #include <QString>
 #include <QVariant>
@@ -41,7 +42,7 @@ class ImExActionCtrl;
 /// Names. Child widgets have the names of the panel's controls ("cmbDataType"). A pair of option buttons is a
 /// QButtonGroup of the pair's name ("optWarnings") whose identifiers are the indexes; its buttons are "optWarnings_0"
 /// and "optWarnings_1". The source of trace lines is the panel's own objectName().
-class ImExActionCtrl : public QWidget {
+class IMEX_EXPORT ImExActionCtrl : public QWidget {
   Q_OBJECT
 
  public:

@@ -2,6 +2,7 @@
 
 #include "controls/common/procedures.h"
 #include "host/Browser.h"
+#include "runtime/export.h"
 
 #include <QString>
 #include <QWidget>
@@ -29,7 +30,7 @@ class ImExDocView;
 ///
 /// Keys. Tab goes from the document to Print and OK. Ctrl+P presses Print, Ctrl+F finds a text in the document, and Esc
 /// closes the find bar or, where that is closed, presses OK. Child widgets: "WebBrowser1", "cmdPrint", "cmdOK".
-class ImExDocView : public QWidget {
+class IMEX_EXPORT ImExDocView : public QWidget {
   Q_OBJECT
 
  public:

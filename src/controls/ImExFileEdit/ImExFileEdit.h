@@ -6,6 +6,7 @@
 #include "runtime/Collection.h"
 #include "runtime/Integer.h"
 #include "runtime/encoding.h"
+#include "runtime/export.h"
 
 #include <QString>
 #include <QWidget>
@@ -60,7 +61,7 @@ class ImExFileEdit;
 ///
 /// Names. Child widgets have the names of the control's parts: "MSFlexGrid1", "txtChangeField", "cmdOK", "cmdCancel".
 /// The source of trace lines is the control's own objectName().
-class ImExFileEdit : public QWidget {
+class IMEX_EXPORT ImExFileEdit : public QWidget {
   Q_OBJECT
 
  public:

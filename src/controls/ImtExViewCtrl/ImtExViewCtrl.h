@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/export.h"
+
 #include <QWidget>
 
 #include <memory>
@@ -19,7 +21,7 @@ class ImtExViewCtrl;
 ///
 /// Keys. Tab goes through the fields, the button and the list. Child widgets: "MSFlexGrid1", "txtJobName", "Text2" to
 /// "Text6", "Label1" to "Label6", "cmdSearch".
-class ImtExViewCtrl : public QWidget {
+class IMEX_EXPORT ImtExViewCtrl : public QWidget {
   Q_OBJECT
 
  public:

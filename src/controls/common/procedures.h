@@ -2,6 +2,7 @@
 
 #include "controls/common/text.h"
 #include "module/tracing.h"
+#include "runtime/export.h"
 
 #include <QObject>
 
@@ -43,7 +44,7 @@ namespace detail {
 
 /// Takes the error in flight and records it as one after which `procedure` goes on. A number past 16 bits raises error
 /// 6 instead, as in every procedure.
-void recordResumed(const QObject& control, std::string_view procedure);
+IMEX_EXPORT void recordResumed(const QObject& control, std::string_view procedure);
 
 } // namespace detail
 

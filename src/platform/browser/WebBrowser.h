@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Browser.h"
+#include "runtime/export.h"
 
 #include <QUrl>
 #include <QWidget>
@@ -36,7 +37,7 @@ class OwnFolderRequests;
 ///
 /// Text that a document gives no size has that of the widget's font(), which is the desktop's unless the host sets
 /// another. Ctrl+F finds a text in the document.
-class WebBrowser : public QWidget, public host::Browser {
+class IMEX_EXPORT WebBrowser : public QWidget, public host::Browser {
   Q_OBJECT
 
  public:

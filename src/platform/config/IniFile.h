@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Files.h"
+#include "runtime/export.h"
 
 #include <map>
 #include <optional>
@@ -12,7 +13,7 @@ namespace imex::platform {
 /// The settings of an INI file: "[section]" lines, "key = value" lines, comment lines that begin with ";" or "#", and
 /// blank lines. Names of sections and keys are compared without case; blanks around names and values do not count; a
 /// value in double quotes keeps the blanks inside them. A key that is given twice has its last value.
-class IniFile {
+class IMEX_EXPORT IniFile {
  public:
   /// Nothing set.
   IniFile() = default;

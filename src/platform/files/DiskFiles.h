@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Files.h"
+#include "runtime/export.h"
 
 #include <filesystem>
 #include <string_view>
@@ -8,7 +9,7 @@
 namespace imex::platform {
 
 /// The file system of this machine.
-class DiskFiles : public host::Files {
+class IMEX_EXPORT DiskFiles : public host::Files {
  public:
   std::unique_ptr<ByteSource> openForInput(std::string_view path) override;
   using Files::openForOutput;
@@ -23,6 +24,6 @@ class DiskFiles : public host::Files {
 /// file. Otherwise "\" is a separator like "/", and a name that is missing is taken in the case in which the folder
 /// holds it, the first in byte order where it holds several; what is not found in any case keeps its name. On Windows
 /// "/" becomes "\", and the system itself leaves case out of account.
-std::filesystem::path nativePath(std::string_view path);
+IMEX_EXPORT std::filesystem::path nativePath(std::string_view path);
 
 } // namespace imex::platform

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "host/Clipboard.h"
+#include "runtime/export.h"
 
 namespace imex::platform {
 
 /// The desktop's clipboard.
-class QtClipboard : public host::Clipboard {
+class IMEX_EXPORT QtClipboard : public host::Clipboard {
  public:
   void clear() override;
   void setText(std::string_view text) override;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Keyboard.h"
+#include "runtime/export.h"
 
 #include <QObject>
 
@@ -9,7 +10,7 @@ namespace imex::platform {
 /// The keyboard as the application sees it. Made after the application object and away before it. A key counts as held
 /// from its press to its release in any of the application's windows; all are let go when the application is no longer
 /// the active one.
-class QtKeyboard : public QObject, public host::Keyboard {
+class IMEX_EXPORT QtKeyboard : public QObject, public host::Keyboard {
   Q_OBJECT
 
  public:

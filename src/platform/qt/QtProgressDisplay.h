@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/ProgressDisplay.h"
+#include "runtime/export.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -8,7 +9,7 @@
 namespace imex::platform {
 
 /// A small window over the active one. It takes no input, and user input is not handled while it is being shown.
-class QtProgressDisplay : public host::ProgressDisplay {
+class IMEX_EXPORT QtProgressDisplay : public host::ProgressDisplay {
  public:
   QtProgressDisplay() = default;
   ~QtProgressDisplay() override;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/HttpTransport.h"
+#include "runtime/export.h"
 
 #include <cstddef>
 #include <optional>
@@ -25,7 +26,7 @@ struct HttpOptions {
 /// send() fails with an error of SoapError. A status other than 2xx is one of them (1004), unless it is 400 or above
 /// and the body is a SOAP fault: that body is handed out, so that the fault text reaches the user. Whether the body of
 /// a 2xx answer is a SOAP message at all is for the envelope to say. A message is never sent twice.
-class CurlTransport : public host::HttpTransport {
+class IMEX_EXPORT CurlTransport : public host::HttpTransport {
  public:
   explicit CurlTransport(HttpOptions options = {});
 

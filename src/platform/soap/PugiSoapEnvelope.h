@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/SoapEnvelope.h"
+#include "runtime/export.h"
 
 #include <memory>
 #include <string_view>
@@ -21,7 +22,7 @@ class Message;
 /// element in its body, or nested deeper than 256 elements; where it has a document type declaration; and where its
 /// bytes are not of its encoding. UTF-8, UTF-16, ISO-8859-1 and Windows-1252 are understood. No entity of a document's
 /// own is ever expanded and nothing is loaded from elsewhere.
-class PugiSoapEnvelope : public host::SoapEnvelope {
+class IMEX_EXPORT PugiSoapEnvelope : public host::SoapEnvelope {
  public:
   PugiSoapEnvelope();
   ~PugiSoapEnvelope() override;
@@ -43,6 +44,6 @@ class PugiSoapEnvelope : public host::SoapEnvelope {
 };
 
 /// Whether `data` is a SOAP message that carries a fault. `encoding` is that of parse().
-bool isSoapFault(std::string_view data, std::string_view encoding);
+IMEX_EXPORT bool isSoapFault(std::string_view data, std::string_view encoding);
 
 } // namespace imex::platform

@@ -3,6 +3,7 @@
 #include "host/ServiceCall.h"
 #include "host/Settings.h"
 #include "host/TransportFactory.h"
+#include "runtime/export.h"
 
 namespace imex::platform {
 
@@ -11,7 +12,7 @@ namespace imex::platform {
 /// is the header entry "userID", the namespace is the SOAP action, and the proxy is the one of the host's settings.
 ///
 /// A bean without one of its parts is error 91. Nothing is sent where a text cannot be carried by XML (error 1008).
-class SoapServiceCall : public host::ServiceCall {
+class IMEX_EXPORT SoapServiceCall : public host::ServiceCall {
  public:
   /// Both objects are the caller's and outlive this one.
   SoapServiceCall(host::TransportFactory& factory, const host::Settings& settings);

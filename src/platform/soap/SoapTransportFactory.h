@@ -2,11 +2,12 @@
 
 #include "host/TransportFactory.h"
 #include "platform/soap/CurlTransport.h"
+#include "runtime/export.h"
 
 namespace imex::platform {
 
 /// Hands out transports over libcurl and envelopes over pugixml.
-class SoapTransportFactory : public host::TransportFactory {
+class IMEX_EXPORT SoapTransportFactory : public host::TransportFactory {
  public:
   /// The options are those of every transport.
   explicit SoapTransportFactory(HttpOptions options = {});

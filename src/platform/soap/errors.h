@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/RuntimeError.h"
+#include "runtime/export.h"
 
 #include <cstdint>
 #include <string>
@@ -26,17 +27,17 @@ enum class SoapError : std::int32_t {
 };
 
 /// The address without a user name and a password, which have no place in a text that is shown and recorded.
-std::string shownAddress(std::string_view address);
+IMEX_EXPORT std::string shownAddress(std::string_view address);
 
 /// The error of one kind. `source` is the name of the class that raises it.
-RuntimeError soapError(SoapError kind, std::string source, std::string description);
+IMEX_EXPORT RuntimeError soapError(SoapError kind, std::string source, std::string description);
 
 /// The error for a result code of libcurl, other than success. `address` is the address as it may be shown and
 /// `detail` the library's own message, empty for its standing text. Codes that no exchange over a network explains
 /// become error 51, and a lack of memory becomes error 7.
-RuntimeError curlError(int code, std::string_view address, std::string_view detail);
+IMEX_EXPORT RuntimeError curlError(int code, std::string_view address, std::string_view detail);
 
 /// Error 1005 for an answer: `what`, a colon and the beginning of `answer` in double quotes.
-RuntimeError notSoapError(std::string what, std::string_view answer);
+IMEX_EXPORT RuntimeError notSoapError(std::string what, std::string_view answer);
 
 } // namespace imex::platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/TraceLog.h"
+#include "runtime/export.h"
 
 #include <memory>
 #include <string>
@@ -13,7 +14,7 @@ namespace imex::platform {
 /// numbered one when it reaches 64 MiB, and three old ones are kept.
 ///
 /// Control characters in the texts are written as \n, \r, \t and \xNN, so that a call is always one line.
-class FileTraceLog : public host::TraceLog {
+class IMEX_EXPORT FileTraceLog : public host::TraceLog {
  public:
   /// Appends to the file at `path`. Error 57 where it cannot be opened, with a description that names it.
   explicit FileTraceLog(const std::string& path);
