@@ -68,6 +68,15 @@ void step(Bytes& bytes, platform::GridTexts& texts, Rows& rows) {
       rows.erase(rows.begin() + row);
     }
     break;
+  case 3: {
+    const int row = bytes.below(texts.rows());
+    const int first = bytes.below(texts.columns());
+    std::vector<std::string_view> given(at(bytes.below(texts.columns() - first + 1)));
+    for (std::size_t i = 0; i < given.size(); ++i)
+      rows[at(row)][at(first) + i] = given[i] = bytes.text(bytes.below(40));
+    texts.setTexts(row, first, given);
+    break;
+  }
   default: {
     const int row = bytes.below(texts.rows());
     const int column = bytes.below(texts.columns());

@@ -27,9 +27,9 @@ std::string indented(const std::string& text) {
   return result;
 }
 
-void printTexts(const char* label, const std::vector<std::string>& texts) {
+void appendTexts(std::string& output, std::string_view label, const std::vector<std::string>& texts) {
   for (const std::string& text : texts)
-    std::cout << "  " << label << indented(text) << '\n';
+    output.append("  ").append(label).append(indented(text)).append("\n");
 }
 
 /// A line that did not get in although nothing is wrong with it shared a file with one that has something.
@@ -54,11 +54,13 @@ void printJson(const Results& results) {
 }
 
 void printText(const Results& results) {
+  std::string verdicts;
   for (const LineResult& line : results.lines) {
-    std::cout << "Line " << line.line << ": " << verdictOn(line) << '\n';
-    printTexts("Error:     ", line.errors);
-    printTexts("Warning:   ", line.warnings);
+    verdicts.append("Line ").append(std::to_string(line.line)).append(": ").append(verdictOn(line)).append("\n");
+    appendTexts(verdicts, "Error:     ", line.errors);
+    appendTexts(verdicts, "Warning:   ", line.warnings);
   }
+  std::cout << verdicts;
   if (results.reply)
     std::cout << "Reply:   " << *results.reply << '\n';
   std::cout << "Outcome: " << results.outcome << '\n';

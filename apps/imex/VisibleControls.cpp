@@ -1,5 +1,7 @@
 #include "VisibleControls.h"
 
+#include "runtime/bytes.h"
+
 #include <array>
 #include <string_view>
 
@@ -55,6 +57,21 @@ int VisibleControls::overflow(int byte) {
   if (traits_type::eq_int_type(byte, traits_type::eof()))
     return traits_type::not_eof(byte);
   return put(static_cast<unsigned char>(byte)) ? byte : traits_type::eof();
+}
+
+/// Most bytes need no look of their own.
+std::streamsize VisibleControls::xsputn(const char* text, std::streamsize size) {
+  const auto needsALook = [](auto c) { return (isControlOrNonAscii(c) & (c != '\t') & (c != '\n')) | (c == 0x7F); };
+  const std::string_view all(text, static_cast<std::size_t>(size));
+  for (std::size_t at = 0; at < all.size(); ++at) {
+    const std::size_t plain = m_held == kNothing ? findByte(all, needsALook, at) : at;
+    if (plain > at && !write(*m_next, all.substr(at, plain - at)))
+      return static_cast<std::streamsize>(at);
+    at = plain;
+    if (at < all.size() && !put(static_cast<unsigned char>(all[at])))
+      return static_cast<std::streamsize>(at);
+  }
+  return size;
 }
 
 bool VisibleControls::put(unsigned char byte) {

@@ -17,6 +17,7 @@ class VisibleControls : public std::streambuf {
 
  protected:
   int overflow(int byte) override;
+  std::streamsize xsputn(const char* text, std::streamsize size) override;
   int sync() override;
 
  private:

@@ -14,6 +14,8 @@ namespace imex::cli {
 namespace {
 
 std::vector<std::string> texts(const StringsPtr& list) {
+  if (isEmpty(list))
+    return {};
   return {list->begin(), list->end()};
 }
 
@@ -77,7 +79,7 @@ class Import {
       results.report = pagePath();
     for (const ImExFormatPtr& format : *m_reply->ImExFormats())
       results.lines.push_back(
-          {format->LineNumber(), format->ActionSuccessful(), texts(format->errors()), texts(format->Warnings())});
+          {format->LineNumber(), format->ActionSuccessful(), texts(format->cErrors), texts(format->cWarnings)});
   }
 
  private:

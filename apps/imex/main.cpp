@@ -53,6 +53,7 @@ int runProgram(int argc, char** argv) {
 int main(int argc, char** argv) {
   // A file that grows past a limit of the user's is an error like a full disk and must not end the program.
   std::signal(SIGXFSZ, SIG_IGN);
+  std::ios::sync_with_stdio(false); // results go out in large pieces; before an error they all go out
   const VisibleControls errors(std::cerr);
   const int status = runProgram(argc, argv);
   if (std::cout.flush())

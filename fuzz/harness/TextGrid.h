@@ -16,8 +16,10 @@ class TextGrid : public host::Grid {
   void clear() override { m_texts.clear(); }
   host::GridSize size() const override { return {m_texts.rows(), m_texts.columns()}; }
   void setSize(host::GridSize size) override { m_texts.setSize(size.rows, size.columns); }
-  std::string_view text(host::GridCell cell) const override { return m_texts.text(cell.row, cell.column); }
-  void setText(host::GridCell cell, std::string_view text) override { m_texts.setText(cell.row, cell.column, text); }
+  host::RowTexts texts(int row) const override { return m_texts.texts(row); }
+  void setTexts(host::GridCell first, std::span<const std::string_view> texts) override {
+    m_texts.setTexts(first.row, first.column, texts);
+  }
   void removeRow(int row) override { m_texts.removeRow(row); }
   host::GridCell current() const override { return {0, 0}; }
   void setCurrent(host::GridCell /*cell*/) override {}

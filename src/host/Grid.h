@@ -1,8 +1,12 @@
 #pragma once
 
 #include "runtime/Event.h"
+#include "runtime/RuntimeError.h"
 #include "runtime/export.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace imex::host {
@@ -21,6 +25,21 @@ struct GridCell {
   int column;
 
   bool operator==(const GridCell&) const = default;
+};
+
+/// The texts of a row's cells, UTF-8: their bytes one after the other, without anything between them.
+struct RowTexts {
+  std::string_view bytes;              ///< of all texts
+  std::span<const std::uint32_t> ends; ///< where the text of each cell ends in them; cells beyond are empty
+
+  /// The text of a cell, counted from 0; empty beyond the row.
+  std::string_view operator[](int column) const {
+    const auto cell = static_cast<std::size_t>(column);
+    if (cell >= ends.size())
+      return {};
+    const std::uint32_t start = cell == 0 ? 0 : ends[cell - 1];
+    return bytes.substr(start, ends[cell] - start);
+  }
 };
 
 /// How a grid lays its cells out. Widths and heights are in twips, a twentieth of a point: 1440 to the inch, 15 to the
@@ -69,9 +88,16 @@ class IMEX_EXPORT Grid {
   /// column.
   virtual void setSize(GridSize size) = 0;
 
-  /// The text of a cell, UTF-8. It is valid until the grid changes.
-  virtual std::string_view text(GridCell cell) const = 0;
-  virtual void setText(GridCell cell, std::string_view text) = 0;
+  /// The texts of a row. They are valid until the grid changes.
+  virtual RowTexts texts(int row) const = 0;
+
+  /// Sets the texts of `first` and of the cells to the right of it. A single text may be one of the grid's own. Error 9
+  /// where there are more texts than cells.
+  virtual void setTexts(GridCell first, std::span<const std::string_view> texts) = 0;
+
+  /// The same for one cell.
+  std::string_view text(GridCell cell) const;
+  void setText(GridCell cell, std::string_view text) { setTexts(cell, {&text, 1}); }
 
   /// Removes a row; those below move up with their texts and heights. The current cell keeps its position, or moves
   /// into the new last row where that is gone. Error 9 for the fixed row.
@@ -94,5 +120,12 @@ class IMEX_EXPORT Grid {
   Event<> leaveCell;
   Event<> enterCell;
 };
+
+inline std::string_view Grid::text(GridCell cell) const {
+  const RowTexts row = texts(cell.row);
+  if (cell.column < 0 || cell.column >= size().columns)
+    throw RuntimeError(ErrorNumber::subscriptOutOfRange, "Grid");
+  return row[cell.column];
+}
 
 } // namespace imex::host

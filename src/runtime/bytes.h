@@ -23,21 +23,45 @@ inline ByteVector bytesAt(const char* place) {
   return bytes;
 }
 
+/// Whether a byte is a control character below the space or beyond ASCII: one comparison, because those beyond ASCII
+/// are negative as signed bytes.
+inline bool isControlOrNonAscii(unsigned char c) {
+  return static_cast<signed char>(c) < 0x20;
+}
+inline auto isControlOrNonAscii(ByteVector bytes) {
+  using SignedVector = signed char __attribute__((vector_size(16)));
+  return reinterpret_cast<SignedVector>(bytes) < 0x20;
+}
+
+/// Which of the 16 bytes of a comparison's result are true: bit i stands for byte i.
+template <class Vector>
+std::uint32_t bitsOf(const Vector& result) {
+  static_assert(sizeof result == sizeof(ByteVector));
+#ifdef __SSE2__
+  __m128i bytes;
+  std::memcpy(&bytes, &result, sizeof bytes);
+  return static_cast<std::uint32_t>(_mm_movemask_epi8(bytes));
+#else
+  std::uint32_t bits = 0;
+  for (unsigned i = 0; i < sizeof result; ++i)
+    bits |= std::uint32_t{result[i] != 0} << i;
+  return bits;
+#endif
+}
+
 /// The position of the first byte from `from` on for which `isWanted` is true, the size of the text where there is
 /// none. `isWanted` takes an unsigned char or, in place of each, a ByteVector: it compares, and joins what that gives
 /// with "|" and "&".
 template <class Predicate>
 std::size_t findByte(std::string_view text, Predicate isWanted, std::size_t from = 0) {
-  constexpr std::size_t kBlock = 2 * sizeof(ByteVector);
+  constexpr std::size_t kVector = sizeof(ByteVector);
   const char* const bytes = text.data();
   const std::size_t size = text.size();
+  const auto wanted = [&](std::size_t at) { return bitsOf(isWanted(bytesAt(bytes + at))); };
   std::size_t at = from;
-  for (; at + kBlock <= size; at += kBlock) {
-    const auto found = isWanted(bytesAt(bytes + at)) | isWanted(bytesAt(bytes + at + sizeof(ByteVector)));
-    std::uint64_t halves[2];
-    std::memcpy(halves, &found, sizeof halves);
-    if ((halves[0] | halves[1]) != 0)
-      break;
+  for (; at + 2 * kVector <= size; at += 2 * kVector) {
+    if (const std::uint32_t found = wanted(at) | wanted(at + kVector) << kVector; found != 0)
+      return at + static_cast<std::size_t>(std::countr_zero(found));
   }
   while (at < size && !isWanted(static_cast<unsigned char>(bytes[at])))
     ++at;
@@ -67,18 +91,10 @@ inline constexpr std::size_t kMaskSize = 64;
 /// Which of the 64 bytes at `bytes` are `wanted`: bit i stands for byte i.
 inline std::uint64_t equalBytes(const char* bytes, char wanted) {
   std::uint64_t mask = 0;
-#ifdef __SSE2__
-  const __m128i pattern = _mm_set1_epi8(wanted);
-  for (unsigned i = 0; i < kMaskSize / 16; ++i) {
-    __m128i block;
-    std::memcpy(&block, bytes + std::size_t{i} * 16, sizeof block);
-    const auto equal = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, pattern)));
-    mask |= std::uint64_t{equal} << (i * 16);
+  for (unsigned i = 0; i < kMaskSize / sizeof(ByteVector); ++i) {
+    const std::size_t at = i * sizeof(ByteVector);
+    mask |= std::uint64_t{bitsOf(bytesAt(bytes + at) == static_cast<unsigned char>(wanted))} << at;
   }
-#else
-  for (unsigned i = 0; i < kMaskSize; ++i)
-    mask |= std::uint64_t{bytes[i] == wanted} << i;
-#endif
   return mask;
 }
 

@@ -452,6 +452,32 @@ TEST(TextWriter, writesLongTextsWhole) {
   EXPECT_EQ(record.bytes, expected);
 }
 
+TEST(TextWriter, textWithoutAnEnd_isContinuedByTheNext) {
+  MemorySink::Record record;
+  TextWriter writer(std::make_unique<MemorySink>(record));
+  writer.write("first");
+  writer.writeLine(" line");
+  writer.write("");
+  writer.write("second\r\nthird");
+  writer.close();
+  EXPECT_EQ(record.bytes, "first line\r\nsecond\r\nthird");
+}
+
+TEST(TextWriter, allButTheLastBytes_goOutInPiecesOfOneSize) {
+  MemorySink::Record record;
+  std::string expected;
+  TextWriter writer(std::make_unique<MemorySink>(record));
+  for (int i = 0; i < 5000; ++i) {
+    const std::string line(static_cast<std::size_t>(i % 301), static_cast<char>('a' + i % 26));
+    writer.writeLine(line);
+    expected += line + "\r\n";
+    ASSERT_EQ(record.bytes.size() % kBuffer, 0U) << i;
+    ASSERT_GE(record.bytes.size() + kBuffer, expected.size()) << i;
+  }
+  writer.close();
+  EXPECT_EQ(record.bytes, expected);
+}
+
 TEST(TextWriter, closingTwice_closesOnce) {
   MemorySink::Record record;
   TextWriter writer(std::make_unique<MemorySink>(record));

@@ -44,6 +44,18 @@ TEST(FindByte, comparesBytesAsNumbersWithoutASign) {
   }
 }
 
+TEST(FindByte, tellsControlCharactersAndBytesBeyondAscii) {
+  for (int value = 0; value < 256; ++value) {
+    const bool isWanted = value < 0x20 || value > 0x7F;
+    EXPECT_EQ(isControlOrNonAscii(static_cast<unsigned char>(value)), isWanted) << value;
+    for (const std::size_t at : {0U, 31U, 32U, 50U}) {
+      std::string text(51, 'x');
+      text[at] = static_cast<char>(value);
+      EXPECT_EQ(findByte(text, [](auto c) { return isControlOrNonAscii(c); }), isWanted ? at : text.size()) << value;
+    }
+  }
+}
+
 TEST(FindNonAscii, findsTheFirst_whereverItStands) {
   for (std::size_t size = 0; size <= 200; ++size) {
     std::string text(size, '\x7F');

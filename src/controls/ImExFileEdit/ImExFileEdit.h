@@ -12,10 +12,12 @@
 #include <QWidget>
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 class QKeyEvent;
 class QLabel;
@@ -152,7 +154,8 @@ class IMEX_EXPORT ImExFileEdit : public QWidget {
   void populateHeaderRow();
   void showFirstRecord();
   void readFile();
-  void readRecord(int row, std::string_view record, std::string_view delimiter);
+  void readRecord(std::string_view record, std::string_view delimiter, std::vector<std::string_view>& texts);
+  void showTexts(int row, std::span<const std::string_view> texts);
   void showErrorRows(const RowsPtr& records, const ErrorBeansPtr& errors);
   void showRecord(int row, const RowsPtr& records);
   template <class Load>

@@ -2,6 +2,8 @@
 
 #include "controls/ImExFileEdit/savedLine.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace imex {
@@ -11,16 +13,20 @@ SavedLines::SavedLines(const host::Grid& grid, int fields, std::string delimiter
 
 /// Joins the texts of a row. False where all of them are empty.
 bool SavedLines::joinRow(int row) {
-  m_line.clear();
-  bool hasText = false;
+  const host::RowTexts texts = m_grid.texts(row);
+  m_line.resize(texts.bytes.size() + static_cast<std::size_t>(m_fields) * m_delimiter.size());
+  const auto append = [](char* end, std::string_view text) { return std::copy(text.begin(), text.end(), end); };
+  char* end = m_line.data();
+  std::size_t textSize = 0;
   for (int column = 1; column <= m_fields; ++column) {
-    const std::string_view text = m_grid.text({row, column});
-    hasText = hasText || !text.empty();
-    m_line += text;
-    if (column < m_fields)
-      m_line += m_delimiter;
+    const std::string_view text = texts[column];
+    if (column > 1)
+      end = append(end, m_delimiter);
+    end = append(end, text);
+    textSize += text.size();
   }
-  return hasText;
+  m_line.resize(static_cast<std::size_t>(end - m_line.data()));
+  return textSize > 0;
 }
 
 bool SavedLines::next(std::string_view& line) {

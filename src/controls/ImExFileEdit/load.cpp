@@ -10,6 +10,8 @@
 #include "ui_ImExFileEdit.h"
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 namespace imex {
 
@@ -112,27 +114,33 @@ void ImExFileEdit::readFile() {
   const std::string delimiter = character(m_delimiterAscii);
   ImExModule::InputFile file(m_fileName);
   std::string_view record;
-  for (int row = 1; file.readLine(record); ++row)
-    readRecord(row, record, delimiter);
+  std::vector<std::string_view> texts; // of one row, in memory that is used again
+  for (int row = 1; file.readLine(record); ++row) {
+    const std::string number = std::to_string(row);
+    texts.assign(1, number);
+    readRecord(record, delimiter, texts);
+    showTexts(row, texts);
+  }
   m_encoding = file.encoding();
 }
 
-void ImExFileEdit::readRecord(int row, std::string_view record, std::string_view delimiter) {
-  host::Grid& cells = grid();
-  const int columns = cells.size().columns;
-  cells.setText({row, 0}, std::to_string(row));
+void ImExFileEdit::readRecord(std::string_view record, std::string_view delimiter,
+                              std::vector<std::string_view>& texts) {
+  const std::size_t before = texts.size();
   FieldReader fields(record, delimiter);
   std::string_view field;
-  int column = 0;
-  while (fields.next(field)) {
-    if (++column >= columns) {
-      m_isModified = true;
-      break;
-    }
-    cells.setText({row, column}, field);
-  }
-  if (column == 0) // not even an empty record is without a field; the check stays as it is
+  while (fields.next(field))
+    texts.push_back(field);
+  if (texts.size() == before) // not even an empty record is without a field; the check stays as it is
     tellOfSkippedRecord();
+}
+
+/// What is beyond the last column is left out, which is a change.
+void ImExFileEdit::showTexts(int row, std::span<const std::string_view> texts) {
+  host::Grid& cells = grid();
+  const auto columns = static_cast<std::size_t>(cells.size().columns);
+  cells.setTexts({row, 0}, texts.first(std::min(texts.size(), columns)));
+  m_isModified = m_isModified || texts.size() > columns;
 }
 
 // --- The lines with their messages ----------------------------------------------------------------------------------

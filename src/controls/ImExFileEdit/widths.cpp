@@ -23,20 +23,32 @@ class GrowingColumns {
 
   int width(std::size_t column) const { return m_columns[column].twips; }
 
-  void fit(std::size_t column, std::string_view text) {
-    Column& own = m_columns[column];
-    if (text.size() <= own.safeSize && isAscii(text))
-      return;
-    const int twips = cellWidthAtMost(m_measure.width(text), m_twipsPerPixel);
-    if (twips > own.twips)
-      own = {twips, safeSize(twips)};
+  void fit(const host::RowTexts& texts) {
+    const bool areAscii = isAscii(texts.bytes);
+    for (std::size_t column = 0; column < m_columns.size(); ++column) {
+      const std::string_view text = texts[static_cast<int>(column)];
+      if (!areAscii || text.size() > m_columns[column].safeSize)
+        fit(m_columns[column], text);
+    }
   }
 
  private:
   struct Column {
     int twips;
     std::size_t safeSize; ///< so many characters of ASCII fit, whichever they are
+    int widest = 0;       ///< the widest text that was measured, in pixels
   };
+
+  void fit(Column& column, std::string_view text) {
+    const int pixels = m_measure.width(text);
+    if (pixels <= column.widest)
+      return;
+    column.widest = pixels;
+    if (const int twips = cellWidthAtMost(pixels, m_twipsPerPixel); twips > column.twips) {
+      column.twips = twips;
+      column.safeSize = safeSize(twips);
+    }
+  }
 
   static int widestAscii(const platform::TextMeasure& measure) {
     int widest = 1;
@@ -88,10 +100,8 @@ void ImExFileEdit::sizeColumns() {
   GrowingColumns columns(m_ui->MSFlexGrid1->measure(), platform::twipsPerPixel(*this));
   for (int column = 0; column < size.columns; ++column)
     columns.add(layout.columnWidth(column));
-  for (int row = 0; row < size.rows; ++row) {
-    for (int column = 0; column < size.columns; ++column)
-      columns.fit(static_cast<std::size_t>(column), cells.text({row, column}));
-  }
+  for (int row = 0; row < size.rows; ++row)
+    columns.fit(cells.texts(row));
   for (int column = 0; column < size.columns; ++column) {
     layout.alignLeft(column);
     layout.setColumnWidth(column, columns.width(static_cast<std::size_t>(column)));

@@ -47,15 +47,19 @@ void GridCells::setSize(host::GridSize size) {
   m_view.resizeCells(size);
 }
 
-std::string_view GridCells::text(host::GridCell cell) const {
-  require(cell);
-  return m_view.m_model->text(cell);
+host::RowTexts GridCells::texts(int row) const {
+  requireRow(row);
+  return m_view.m_model->texts(row);
 }
 
-void GridCells::setText(host::GridCell cell, std::string_view text) {
-  require(cell);
-  m_view.m_model->setText(cell, text);
-  m_view.noteChanges(cell, cell);
+void GridCells::setTexts(host::GridCell first, std::span<const std::string_view> texts) {
+  if (texts.empty())
+    return;
+  const host::GridCell last{first.row, first.column + static_cast<int>(texts.size()) - 1};
+  require(first);
+  require(last);
+  m_view.m_model->setTexts(first, texts);
+  m_view.noteChanges(first, last);
 }
 
 void GridCells::removeRow(int row) {

@@ -16,8 +16,8 @@ class GridCells : public host::Grid, public host::GridLayout {
   void clear() override;
   host::GridSize size() const override;
   void setSize(host::GridSize size) override;
-  std::string_view text(host::GridCell cell) const override;
-  void setText(host::GridCell cell, std::string_view text) override;
+  host::RowTexts texts(int row) const override;
+  void setTexts(host::GridCell first, std::span<const std::string_view> texts) override;
   void removeRow(int row) override;
   host::GridCell current() const override;
   void setCurrent(host::GridCell cell) override;

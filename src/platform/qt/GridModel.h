@@ -5,6 +5,7 @@
 
 #include <QAbstractTableModel>
 
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -27,7 +28,10 @@ class GridModel : public QAbstractTableModel {
   void clear();
 
   std::string_view text(host::GridCell cell) const { return m_texts.text(cell.row, cell.column); }
-  void setText(host::GridCell cell, std::string_view text) { m_texts.setText(cell.row, cell.column, text); }
+  host::RowTexts texts(int row) const { return m_texts.texts(row); }
+  void setTexts(host::GridCell first, std::span<const std::string_view> texts) {
+    m_texts.setTexts(first.row, first.column, texts);
+  }
 
   /// Tells the views that texts may have changed in this part of the grid, ends included.
   void tellChanges(host::GridCell first, host::GridCell last);

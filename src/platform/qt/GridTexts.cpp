@@ -46,25 +46,39 @@ GridTexts::GridTexts(int rows, int columns) : m_columns(columns) {
 }
 
 void GridTexts::setText(int row, int column, std::string_view text) {
-  Row& line = m_rows[static_cast<std::size_t>(row)];
-  const auto cell = static_cast<std::uint32_t>(column);
-  if (cell < line.filled)
-    replace(line, cell, text);
-  else if (!text.empty())
-    append(line, cell, text);
+  setTexts(row, column, {&text, 1});
 }
 
-void GridTexts::append(Row& line, std::uint32_t cell, std::string_view text) {
+void GridTexts::setTexts(int row, int column, std::span<const std::string_view> texts) {
+  Row& line = m_rows[static_cast<std::size_t>(row)];
+  auto cell = static_cast<std::uint32_t>(column);
+  for (; !texts.empty() && cell < line.filled; ++cell, texts = texts.subspan(1))
+    replace(line, cell, texts.front());
+  while (!texts.empty() && texts.back().empty()) // cells behind the last text have none
+    texts = texts.first(texts.size() - 1);
+  if (!texts.empty())
+    append(line, cell, texts);
+}
+
+/// Adds texts behind those of the row.
+void GridTexts::append(Row& line, std::uint32_t cell, std::span<const std::string_view> texts) {
   const std::uint32_t size = sizeOf(line);
-  if (line.text + size != m_arena.free() || m_arena.room() < text.size())
-    moveToEnd(line, size, size + text.size());
-  copy(m_arena.free(), text.data(), text.size());
-  m_arena.take(text.size());
-  m_textSize += text.size();
+  std::size_t newSize = size;
+  for (const std::string_view text : texts)
+    newSize += text.size();
+  if (line.text + size != m_arena.free() || m_arena.room() < newSize - size)
+    moveToEnd(line, size, newSize);
   std::uint32_t* ends = endsOf(line);
   std::fill(ends + line.filled, ends + cell, size); // the cells that were passed over are empty
-  ends[cell] = size + static_cast<std::uint32_t>(text.size());
-  line.filled = cell + 1;
+  std::uint32_t end = size;
+  for (const std::string_view text : texts) {
+    copy(line.text + end, text.data(), text.size());
+    end += static_cast<std::uint32_t>(text.size());
+    ends[cell++] = end;
+  }
+  m_arena.take(newSize - size);
+  m_textSize += newSize - size;
+  line.filled = cell;
   compactIfWorth();
 }
 

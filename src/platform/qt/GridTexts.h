@@ -1,8 +1,11 @@
 #pragma once
 
+#include "host/Grid.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -31,19 +34,23 @@ class GridTexts {
   void clear();
 
   /// Valid until the next change.
-  std::string_view text(int row, int column) const {
+  std::string_view text(int row, int column) const { return texts(row)[column]; }
+
+  /// The same for a whole row: the bytes of its texts, and where each of them ends. Cells behind the last end are
+  /// empty.
+  host::RowTexts texts(int row) const {
     const Row& line = m_rows[static_cast<std::size_t>(row)];
-    const auto cell = static_cast<std::uint32_t>(column);
-    if (cell >= line.filled)
-      return {};
-    const std::uint32_t* ends = endsOf(line);
-    const std::uint32_t start = cell == 0 ? 0 : ends[cell - 1];
-    return {line.text + start, ends[cell] - start};
+    const std::span<const std::uint32_t> ends(endsOf(line), line.filled);
+    return {{line.text, ends.empty() ? 0 : ends.back()}, ends};
   }
 
   /// `text` may be one of the grid's own. Error 7 where the row would have more than 4 GiB; the texts then stay as they
   /// were.
   void setText(int row, int column, std::string_view text);
+
+  /// Sets the texts from `column` on. A single text may be one of the grid's own; otherwise none is. Error 7 as above:
+  /// texts behind the one that is too much then stay as they were.
+  void setTexts(int row, int column, std::span<const std::string_view> texts);
 
   /// Removes a row; those below move up.
   void removeRow(int row);
@@ -84,7 +91,7 @@ class GridTexts {
   }
   std::uint32_t sizeOf(const Row& line) const { return line.filled == 0 ? 0 : endsOf(line)[line.filled - 1]; }
 
-  void append(Row& line, std::uint32_t cell, std::string_view text);
+  void append(Row& line, std::uint32_t cell, std::span<const std::string_view> texts);
   void replace(Row& line, std::uint32_t cell, std::string_view text);
   void moveToEnd(Row& line, std::uint32_t size, std::size_t newSize);
   void setRows(int rows);

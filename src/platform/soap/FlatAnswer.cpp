@@ -27,36 +27,46 @@ constexpr bool isNamePart(char c) {
   return isNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == ':';
 }
 
-/// What std::memcmp() would say, without a call for the few bytes of a tag.
-bool areSame(const char* a, const char* b, std::size_t size) {
-  std::uint64_t x = 0;
-  std::uint64_t y = 0;
-  if (size < sizeof x)
-    return std::equal(a, a + size, b);
-  for (std::size_t at = 0; at + sizeof x < size; at += sizeof x) {
-    std::memcpy(&x, a + at, sizeof x);
-    std::memcpy(&y, b + at, sizeof y);
-    if (x != y)
+/// Whether all bytes are the same, compared by words: the last word may take some bytes once more. `size` is at least
+/// that of a word.
+template <class Word>
+bool areSameWords(const char* a, const char* b, std::size_t size) {
+  const auto at = [](const char* place) {
+    Word word;
+    std::memcpy(&word, place, sizeof word);
+    return word;
+  };
+  const std::size_t last = size - sizeof(Word);
+  for (std::size_t i = 0; i < last; i += sizeof(Word)) {
+    if (at(a + i) != at(b + i))
       return false;
   }
-  std::memcpy(&x, a + size - sizeof x, sizeof x); // the last ones, some of them once more
-  std::memcpy(&y, b + size - sizeof y, sizeof y);
-  return x == y;
+  return at(a + last) == at(b + last);
 }
 
-/// Finds the places of "&" and of carriage returns, and one behind the end of the text. False where the text has a
-/// character that is none of XML, or an "&" without a good reference.
-bool findSpecials(std::string_view text, std::vector<std::uint32_t>& places) {
-  const auto isToBeLookedAt = [](auto c) { return ((c < 0x20) & (c != '\t') & (c != '\n')) | (c > '~') | (c == '&'); };
-  for (std::size_t at = findByte(text, isToBeLookedAt); at < text.size(); at = findByte(text, isToBeLookedAt, at)) {
-    const std::size_t size = text[at] == '&' ? referenceSize(text.substr(at)) : xmlCharacterSize(text, at);
+/// What std::memcmp() would say, without a call for the few bytes of a tag.
+bool areSame(const char* a, const char* b, std::size_t size) {
+  if (size >= sizeof(std::uint64_t))
+    return areSameWords<std::uint64_t>(a, b, size);
+  if (size >= sizeof(std::uint32_t))
+    return areSameWords<std::uint32_t>(a, b, size);
+  return std::equal(a, a + size, b);
+}
+
+/// The size of the character or of the reference at a place of the text; 0 where it is none that XML has.
+std::size_t sizeAt(std::string_view text, std::size_t at) {
+  return text[at] == '&' ? referenceSize(text.substr(at)) : xmlCharacterSize(text, at);
+}
+
+/// Whether the text has nothing but characters and references of XML.
+bool isOfXml(std::string_view text) {
+  const auto needsALook = [](auto c) { return isControlOrNonAscii(c) | (c == '&'); };
+  for (std::size_t at = findByte(text, needsALook); at < text.size(); at = findByte(text, needsALook, at)) {
+    const std::size_t size = sizeAt(text, at);
     if (size == 0)
       return false;
-    if (text[at] == '&' || text[at] == '\r')
-      places.push_back(static_cast<std::uint32_t>(at));
     at += size;
   }
-  places.push_back(static_cast<std::uint32_t>(text.size()));
   return true;
 }
 
@@ -70,19 +80,18 @@ bool findSpecials(std::string_view text, std::vector<std::uint32_t>& places) {
 /// last time: where that one stands there again, byte for byte, there is nothing left to find out about it.
 class FlatAnswer::Scanner {
  public:
-  /// `specials` are the places of "&" and of carriage returns, in order, and then one behind the end of the text.
-  Scanner(FlatAnswer& answer, const std::vector<std::uint32_t>& specials)
-      : m_answer(answer), m_begin(answer.m_text.data()), m_at(m_begin), m_end(m_begin + answer.m_text.size()),
-        m_special(specials.data()) {}
+  explicit Scanner(FlatAnswer& answer)
+      : m_answer(answer), m_begin(answer.m_text.data()), m_at(m_begin), m_end(m_begin + answer.m_text.size()) {}
 
   bool scan() {
     if (!skipDeclaration())
       return false;
     m_known.reserve(kMostKnown);
+    m_answer.m_elements.reserve(m_answer.m_text.size() / kUsualSize);
     do {
       if (!tag())
         return false;
-    } while (!m_open.empty() && findTag());
+    } while (!m_open.empty() && skipText());
     if (!m_open.empty())
       return false;
     skipBlanks();
@@ -91,6 +100,7 @@ class FlatAnswer::Scanner {
 
  private:
   static constexpr std::size_t kMostKnown = 256;
+  static constexpr std::size_t kUsualSize = 48; ///< of an element with its text: most answers have no more elements
   static_assert(kMostKnown <= kDeepestLevel, "each level has a tag of its own, so none is too deep");
   static constexpr std::uint16_t kNoTag = std::numeric_limits<std::uint16_t>::max();
 
@@ -102,8 +112,8 @@ class FlatAnswer::Scanner {
     Kind kind;
     std::uint16_t tag; ///< the start tag, for an end tag one that it ends
     std::string_view name;
-    std::size_t depth;    ///< where it was seen: the same tag has other neighbours elsewhere
-    std::size_t next = 0; ///< the one that came behind it
+    std::size_t depth;     ///< where it was seen: the same tag has other neighbours elsewhere
+    Known* next = nullptr; ///< the one that came behind it
   };
 
   std::size_t rest() const { return static_cast<std::size_t>(m_end - m_at); }
@@ -119,7 +129,7 @@ class FlatAnswer::Scanner {
     const std::string_view text(m_at, rest());
     if (text.starts_with("<?xml ")) {
       const std::size_t end = text.find("?>");
-      if (end == std::string_view::npos)
+      if (end == std::string_view::npos || !isOfXml(text.substr(0, end)))
         return false;
       m_at += end + 2;
     }
@@ -127,30 +137,41 @@ class FlatAnswer::Scanner {
     return isAt('<');
   }
 
-  bool findTag() {
-    if (isAt('<'))
+  /// Goes on to the next tag, and notes whether the text before it stands for itself.
+  bool skipText() {
+    if (isAt('<')) // as between most tags
       return true;
-    const void* const found = m_at == m_end ? nullptr : std::memchr(m_at, '<', rest());
-    m_at = static_cast<const char*>(found);
-    return found != nullptr;
+    const auto isToBeLookedAt = [](auto c) {
+      return (c == '<') | (c == '&') | (isControlOrNonAscii(c) & (c != '\t') & (c != '\n'));
+    };
+    const std::string_view text(m_at, rest());
+    std::size_t at = findByte(text, isToBeLookedAt);
+    for (; at < text.size() && text[at] != '<'; at = findByte(text, isToBeLookedAt, at)) {
+      const std::size_t size = sizeAt(text, at);
+      if (size == 0)
+        return false;
+      m_isLiteral = m_isLiteral && text[at] != '&' && text[at] != '\r';
+      at += size;
+    }
+    m_at += at;
+    return m_at != m_end;
   }
 
   /// Takes the tag at this place.
   bool tag() {
-    const std::size_t expected = m_last < m_known.size() ? m_known[m_last].next : m_known.size();
-    if (expected < m_known.size() && isAt(m_known[expected].text))
-      return take(expected);
-    const std::size_t found = known();
-    if (found == m_known.size())
-      return false;
-    if (m_last < m_known.size())
-      m_known[m_last].next = found;
-    return take(found);
+    Known* found = m_last == nullptr ? nullptr : m_last->next;
+    if (found == nullptr || !isAt(found->text)) {
+      found = known();
+      if (found == nullptr)
+        return false;
+      if (m_last != nullptr)
+        m_last->next = found;
+    }
+    m_last = found;
+    return take(*found);
   }
 
-  bool take(std::size_t position) {
-    const Known& known = m_known[position];
-    m_last = position;
+  bool take(const Known& known) {
     const char* const place = m_at;
     m_at += known.text.size();
     if (known.kind == Kind::end)
@@ -162,6 +183,7 @@ class FlatAnswer::Scanner {
   void open(const Known& known) {
     const auto element = static_cast<Index>(m_answer.m_elements.size());
     m_answer.m_elements.push_back({offset(m_at), offset(m_at), element + 1, known.tag, true});
+    m_isLiteral = true;
     if (known.kind == Kind::start)
       m_open.push_back(element);
   }
@@ -172,35 +194,33 @@ class FlatAnswer::Scanner {
       return false;
     entry.end = offset(place);
     entry.next = static_cast<Index>(m_answer.m_elements.size());
-    while (*m_special < entry.content)
-      ++m_special;
-    entry.isLiteral = *m_special >= entry.end;
+    entry.isLiteral = m_isLiteral;
     m_open.pop_back();
     return true;
   }
 
-  /// The position of the tag at this place among those that were seen, with those added that were not; their number
-  /// where it is no good tag, or one too many.
-  std::size_t known() {
+  /// The tag at this place among those that were seen, with those added that were not; null where it is no good tag, or
+  /// one too many.
+  Known* known() {
     const char* const place = m_at;
-    for (std::size_t i = 0; i < m_known.size(); ++i) {
-      if (m_known[i].depth == m_open.size() && isAt(m_known[i].text))
-        return i;
+    for (Known& known : m_known) {
+      if (known.depth == m_open.size() && isAt(known.text))
+        return &known;
     }
     const bool isEnd = rest() > 1 && place[1] == '/';
     std::string_view name;
     const bool isGood = isEnd ? readEndTag(name) : readStartTag(name);
     const std::string_view text(place, static_cast<std::size_t>(m_at - place));
     m_at = place;
-    if (!isGood || m_known.size() == kMostKnown || (isEnd && m_open.empty()))
-      return m_known.size();
+    if (!isGood || !isOfXml(text) || m_known.size() == kMostKnown || (isEnd && m_open.empty()))
+      return nullptr;
     m_known.push_back({text,
                        isEnd                  ? Kind::end
                        : text.ends_with("/>") ? Kind::empty
                                               : Kind::start,
                        0, name, m_open.size()});
     m_known.back().tag = isEnd ? openTag(name) : newTag(text, name);
-    return m_known.size() - 1;
+    return &m_known.back();
   }
 
   /// The start tag of the element that is open, where it has this name.
@@ -280,19 +300,17 @@ class FlatAnswer::Scanner {
   const char* m_begin;
   const char* m_at;
   const char* m_end;
-  const std::uint32_t* m_special;
-  std::size_t m_last = kMostKnown;
-  std::vector<Known> m_known;
+  bool m_isLiteral = true;    ///< whether the text since the last start tag stands for itself
+  std::vector<Known> m_known; ///< never moved: there is room for all from the beginning
+  Known* m_last = nullptr;
   std::vector<Index> m_open;
 };
 
 std::unique_ptr<FlatAnswer> FlatAnswer::read(std::string& data, std::string_view encoding) {
-  std::vector<std::uint32_t> specials;
-  if (data.size() >= std::numeric_limits<std::uint32_t>::max() || !isInUtf8(data, encoding) ||
-      !findSpecials(data, specials))
+  if (data.size() >= std::numeric_limits<std::uint32_t>::max() || !isInUtf8(data, encoding))
     return nullptr;
   std::unique_ptr<FlatAnswer> answer(new FlatAnswer(std::move(data)));
-  if (Scanner(*answer, specials).scan() && answer->findMessage())
+  if (Scanner(*answer).scan() && answer->findMessage())
     return answer;
   data = std::move(answer->m_text);
   return nullptr;
@@ -301,8 +319,10 @@ std::unique_ptr<FlatAnswer> FlatAnswer::read(std::string& data, std::string_view
 // --- The elements ---------------------------------------------------------------------------------------------------
 
 FlatAnswer::Index FlatAnswer::childNamed(Index element, std::string_view name) const {
-  for (Index child = firstChild(element); child != end(element); child = end(child)) {
-    if (tagOf(child).local == name)
+  const Index last = end(element);
+  for (Index child = firstChild(element); child != last; child = end(child)) {
+    const std::string_view local = tagOf(child).local;
+    if (local.size() == name.size() && areSame(local.data(), name.data(), name.size()))
       return child;
   }
   return 0;
@@ -395,20 +415,18 @@ class FlatAnswer::Nodes {
   Node& of(Index element);
 
   /// Forgets what was handed out and keeps its memory.
-  void clear() { m_used = 0; }
+  void clear() { m_used.clear(); }
 
  private:
   FlatAnswer& m_answer;
   std::vector<std::unique_ptr<Node>> m_nodes;
-  std::size_t m_used = 0;
+  std::vector<Index> m_used; ///< the elements of the first nodes; the others are left from before
 };
 
 class FlatAnswer::Node : public host::SoapNode {
  public:
   /// The nodes of its children come from `nodes`.
   Node(FlatAnswer& answer, Nodes& nodes, Index element) : m_answer(&answer), m_nodes(&nodes), m_element(element) {}
-
-  Index element() const { return m_element; }
 
   std::string name() const override {
     return changed() != nullptr ? changed()->name() : std::string(m_answer->tagOf(m_element).local);
@@ -432,15 +450,15 @@ class FlatAnswer::Node : public host::SoapNode {
 };
 
 FlatAnswer::Node& FlatAnswer::Nodes::of(Index element) {
-  for (std::size_t i = 0; i < m_used; ++i) {
-    if (m_nodes[i]->element() == element)
-      return *m_nodes[i];
-  }
-  if (m_used == m_nodes.size())
+  const auto position = static_cast<std::size_t>(std::find(m_used.begin(), m_used.end(), element) - m_used.begin());
+  if (position < m_used.size())
+    return *m_nodes[position];
+  if (position == m_nodes.size())
     m_nodes.push_back(std::make_unique<Node>(m_answer, *this, element));
   else
-    *m_nodes[m_used] = Node(m_answer, *this, element);
-  return *m_nodes[m_used++];
+    *m_nodes[position] = Node(m_answer, *this, element);
+  m_used.push_back(element);
+  return *m_nodes[position];
 }
 
 std::size_t FlatAnswer::Node::count() const {

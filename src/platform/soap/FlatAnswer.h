@@ -50,7 +50,7 @@ class FlatAnswer : public Message {
     std::uint32_t end;     ///< where its end tag begins
     Index next;
     std::uint16_t tag; ///< the position of its start tag in m_tags
-    bool isLiteral;    ///< whether the text up to its end tag stands for itself
+    bool isLiteral;    ///< without elements inside: whether its text stands for itself
   };
 
   /// A start tag that occurs in the text, at its first place there. An answer has few that differ.

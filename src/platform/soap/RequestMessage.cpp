@@ -50,12 +50,7 @@ void appendStart(TextBuffer& text, std::string_view name, std::string_view space
   text.append(attributes);
 }
 
-/// Most values are as they are written.
-void appendValue(TextBuffer& text, std::string_view value) {
-  if (isPlainXmlText(value)) {
-    text.append(value);
-    return;
-  }
+void appendEscaped(TextBuffer& text, std::string_view value) {
   std::string escaped;
   appendXmlText(escaped, value);
   text.append(escaped);
@@ -154,7 +149,9 @@ void RequestElement::leaveParentsText() {
 host::SoapNode& RequestElement::create(std::string_view name, std::string_view value, std::string_view space,
                                        std::string_view type, std::string_view typeSpace) {
   requireName(name);
-  requireXmlText(value, name);
+  const bool isPlain = isPlainXmlText(value);
+  if (!isPlain)
+    requireXmlText(value, name);
   requireXmlText(space, name);
   requireXmlText(type, name);
   requireXmlText(typeSpace, name);
@@ -165,7 +162,10 @@ host::SoapNode& RequestElement::create(std::string_view name, std::string_view v
     content.text.append("/>");
   } else {
     content.text.append(">");
-    appendValue(content.text, value);
+    if (isPlain)
+      content.text.append(value);
+    else
+      appendEscaped(content.text, value);
     content.text.append(space.empty() ? "</" : "</n:").append(name).append(">");
   }
   return content.children.emplace_back(*this, begin, content.text.size() - begin);

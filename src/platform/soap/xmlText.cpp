@@ -150,7 +150,7 @@ bool isXmlCharacter(char32_t c) {
 
 /// The byte position of the first character that XML forbids; npos where there is none.
 std::size_t findForbidden(std::string_view text) {
-  const auto needsALook = [](auto c) { return ((c < 0x20) & (c != '\t') & (c != '\n') & (c != '\r')) | (c > '~'); };
+  const auto needsALook = [](auto c) { return isControlOrNonAscii(c) & (c != '\t') & (c != '\n') & (c != '\r'); };
   for (std::size_t i = findByte(text, needsALook); i < text.size(); i = findByte(text, needsALook, i)) {
     const CodePoint c = codePointAt(text, i);
     if (!c.valid || !isXmlCharacter(c.value))
@@ -278,7 +278,10 @@ void appendReferred(std::string& text, std::string_view body) {
 } // namespace
 
 bool isPlainXmlText(std::string_view text) {
-  return findByte(text, isSpecialInText) == text.size();
+  const auto needsALook = [](auto c) {
+    return (c == '&') | (c == '<') | (c == '>') | (isControlOrNonAscii(c) & (c != '\t') & (c != '\n'));
+  };
+  return findByte(text, needsALook) == text.size();
 }
 
 void appendXmlText(std::string& xml, std::string_view text) {

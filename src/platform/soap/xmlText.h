@@ -28,7 +28,7 @@ void requireXmlText(std::string_view text, std::string_view element);
 /// a parser would turn it into a line feed.
 void appendXmlText(std::string& xml, std::string_view text);
 
-/// Whether appendXmlText() appends the text as it is.
+/// Whether the text, as most are, is ASCII that passes requireXmlText() and that appendXmlText() appends as it is.
 bool isPlainXmlText(std::string_view text);
 
 /// Appends such a text as the value of an attribute in double quotes.

@@ -30,6 +30,33 @@ TEST(VisibleControls, everyControlCharacterBecomesItsNumber) {
   EXPECT_EQ("\\x80\\x9b2J\\x9f\u00a0", shown("\u0080\u009b2J\u009f\u00a0"));
 }
 
+TEST(VisibleControls, controlCharacterIsSeenWhereverItStands) {
+  for (std::size_t size = 0; size <= 70; ++size) {
+    const std::string plain(size, 'x');
+    EXPECT_EQ(plain + "\\x1b" + plain, shown(plain + '\x1b' + plain));
+    EXPECT_EQ(plain + "\\x7f" + plain, shown(plain + '\x7f' + plain));
+    EXPECT_EQ(plain + "\r\n" + plain, shown(plain + "\r\n" + plain));
+    EXPECT_EQ(plain + "\\x0d" + plain + "\\x0d", shown(plain + '\r' + plain + '\r'));
+    EXPECT_EQ(plain + "\\x9b\u00e9" + plain, shown(plain + "\u009b\u00e9" + plain));
+  }
+}
+
+TEST(VisibleControls, characterMayComeInParts) {
+  std::ostringstream out;
+  {
+    const VisibleControls visible(out);
+    out << "a\r"
+        << "\n\xC2"
+        << "\x9b"
+        << "b\xC2"
+        << "\xA3\r" << 'c';
+  }
+  EXPECT_EQ("a\r\n\\x9b"
+            "b\u00a3\\x0d"
+            "c",
+            out.str());
+}
+
 TEST(VisibleControls, carriageReturnStaysBeforeALineEndAlone) {
   EXPECT_EQ("a\r\nb", shown("a\r\nb"));
   EXPECT_EQ("secret\\x0dshown", shown("secret\rshown"));

@@ -115,11 +115,31 @@ TEST_F(DiskFiles, aLongTextIsWrittenWhole) {
   EXPECT_EQ(folder.read("new.txt"), bytes);
 }
 
-TEST_F(DiskFiles, anExistingFileIsEmptied) {
+TEST_F(DiskFiles, anExistingFile_hasNothingOfWhatItHadOnceItIsClosed) {
   folder.write("Old.txt", "a long text that was here");
   files.openForOutput(backslashed("OLD.TXT"))->write("new");
   EXPECT_EQ(folder.read("Old.txt"), "new");
   EXPECT_EQ(names(), (Texts{"Old.txt"}));
+}
+
+TEST_F(DiskFiles, aLongerFile_isCutBehindWhatIsWritten) {
+  const std::string before(200'000, 'x');
+  for (const std::size_t size : {0UL, 1UL, 4096UL, 100'000UL, 199'999UL, 200'000UL, 200'001UL}) {
+    const std::string text(size, 'y');
+    const std::string path = folder.write("a.txt", before);
+    const std::unique_ptr<ByteSink> sink = files.openForOutput(path);
+    sink->write(text);
+    sink->close();
+    ASSERT_TRUE(folder.read("a.txt") == text) << size;
+  }
+}
+
+TEST_F(DiskFiles, aLongerFile_isCutToo_whereItsSinkJustGoes) {
+  const std::string path = folder.write("a.txt", "a longer text");
+  files.openForOutput(path)->write("short");
+  EXPECT_EQ(folder.read("a.txt"), "short");
+  files.openForOutput(path);
+  EXPECT_EQ(folder.read("a.txt"), "");
 }
 
 TEST_F(DiskFiles, aFileThatIsNoLink_isWrittenWhereLinksAreRefused) {

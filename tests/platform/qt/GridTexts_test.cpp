@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -76,6 +78,43 @@ TEST(GridTexts, textsLargerThanABlock_areKept) {
   EXPECT_EQ(large, texts.text(0, 1));
   EXPECT_EQ(large, texts.text(0, 2));
   EXPECT_EQ("next", texts.text(1, 0));
+}
+
+using Views = std::vector<std::string_view>;
+
+TEST(GridTexts, severalTexts_areSetFromACellOn) {
+  GridTexts texts(2, 5);
+  texts.setTexts(1, 1, Views{"b", "", "d"});
+  const std::vector<std::string> expected{"", "b", "", "d", ""};
+  for (int column = 0; column < 5; ++column) {
+    EXPECT_EQ(expected[static_cast<std::size_t>(column)], texts.text(1, column));
+    EXPECT_EQ("", texts.text(0, column));
+  }
+}
+
+TEST(GridTexts, severalTexts_replaceThoseThatAreThereAndNoOther) {
+  GridTexts texts(1, 5);
+  texts.setTexts(0, 0, Views{"a", "b", "c"});
+  texts.setTexts(0, 1, Views{"longer", "", "new"});
+  const std::vector<std::string> expected{"a", "longer", "", "new", ""};
+  for (int column = 0; column < 5; ++column)
+    EXPECT_EQ(expected[static_cast<std::size_t>(column)], texts.text(0, column));
+  texts.setTexts(0, 0, Views{});
+  EXPECT_EQ("a", texts.text(0, 0));
+}
+
+TEST(GridTexts, aRow_isItsTextsWithoutAnythingBetween) {
+  GridTexts texts(2, 4);
+  texts.setTexts(0, 0, Views{"ab", "", "c"});
+  EXPECT_EQ("abc", texts.texts(0).bytes);
+  EXPECT_EQ((std::vector<std::uint32_t>{2, 2, 3}),
+            std::vector<std::uint32_t>(texts.texts(0).ends.begin(), texts.texts(0).ends.end()));
+  EXPECT_EQ("ab", texts.texts(0)[0]);
+  EXPECT_EQ("", texts.texts(0)[1]);
+  EXPECT_EQ("c", texts.texts(0)[2]);
+  EXPECT_EQ("", texts.texts(0)[3]);
+  EXPECT_EQ("", texts.texts(1).bytes);
+  EXPECT_TRUE(texts.texts(1).ends.empty());
 }
 
 TEST(GridTexts, removingColumns_forgetsTheirTexts) {
@@ -177,8 +216,12 @@ class GridTextsAgainstStrings : public testing::TestWithParam<unsigned> {
   }
 
   void fillRow(int row) {
-    for (int column = 0; column < texts.columns(); ++column)
-      set(row, column, someText());
+    const int first = upTo(texts.columns() - 1);
+    auto& line = strings[static_cast<std::size_t>(row)];
+    std::vector<std::string_view> given;
+    for (int column = first; column < texts.columns() - upTo(1); ++column)
+      given.push_back(line[static_cast<std::size_t>(column)] = someText());
+    texts.setTexts(row, first, given);
   }
 
   void removeRow(int row) {

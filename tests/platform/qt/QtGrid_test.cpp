@@ -54,6 +54,28 @@ TEST_F(QtGridCells, aCellOutside_isError9) {
     EXPECT_EQ(0, raisedNumber([&] { cells.setText(cell, "x"); })) << cell;
 }
 
+TEST_F(QtGridCells, severalTexts_areSetToTheRightOfACell) {
+  const std::vector<std::string_view> texts{"a", "", "c"};
+  cells.setTexts({2, 1}, texts);
+  EXPECT_EQ("r2c0", cells.text({2, 0}));
+  EXPECT_EQ("a", cells.text({2, 1}));
+  EXPECT_EQ("", cells.text({2, 2}));
+  EXPECT_EQ("c", cells.text({2, 3}));
+  EXPECT_EQ("r3c1", cells.text({3, 1}));
+  EXPECT_EQ("r2c0ac", cells.texts(2).bytes);
+}
+
+TEST_F(QtGridCells, moreTextsThanCells_areError9AndChangeNothing) {
+  const std::vector<std::string_view> texts{"a", "b", "c"};
+  EXPECT_EQ(9, raisedNumber([&] { cells.setTexts({2, 2}, texts); }));
+  EXPECT_EQ(9, raisedNumber([&] { cells.setTexts({6, 0}, texts); }));
+  EXPECT_EQ(9, raisedNumber([&] { cells.setTexts({2, -1}, texts); }));
+  EXPECT_EQ(9, raisedNumber([&] { static_cast<void>(cells.texts(6)); }));
+  EXPECT_EQ(9, raisedNumber([&] { static_cast<void>(cells.texts(-1)); }));
+  EXPECT_EQ("r2c2", cells.text({2, 2}));
+  EXPECT_EQ("r2c3", cells.text({2, 3}));
+}
+
 TEST_F(QtGridCells, aFixedCell_cannotBecomeCurrent) {
   cells.setCurrent({2, 2});
   for (const GridCell cell : {GridCell{0, 1}, GridCell{1, 0}, GridCell{0, 0}})

@@ -151,6 +151,10 @@ TEST(FlatAnswer, leavesTheRestToTheTree) {
                                       "<r>&nbsp;</r>",
                                       "<r a='&amp;'/>",
                                       "<r a='<'/>",
+                                      "<r a='\x01'/>",
+                                      "<r a='\xC3'/>",
+                                      "<r>\xEF\xBF\xBF</r>",
+                                      "<r><a>1</a>\x01<a>2</a></r>",
                                       "<r a/>",
                                       "<r \xC3\xA9='1'/>",
                                       "<\xC3\xA9/>",
@@ -168,6 +172,31 @@ TEST(FlatAnswer, leavesTheRestToTheTree) {
   EXPECT_FALSE(isFlat("</a>"));
   EXPECT_FALSE(isFlat(""));
   EXPECT_FALSE(isFlat("<a/>"));
+}
+
+TEST(FlatAnswer, eachText_isResolvedForItself) {
+  PugiSoapEnvelope envelope;
+  const std::string plain(100, 'x');
+  const std::string data =
+      answerOf("<r><p><a>" + plain + "</a><b>" + plain + "&lt;" + plain + "</b><c>\r\n</c><d>\xC3\xA9\t\n</d><e/>" +
+               "<f>1&amp;<g>2</g>3</f><h>" + plain + "</h></p></r>");
+  ASSERT_TRUE(isFlat(data));
+  envelope.parse(data, "");
+  host::SoapNode& node = envelope.parameter(0);
+  EXPECT_EQ(node.child("a")->text(), plain);
+  EXPECT_EQ(node.child("b")->text(), plain + "<" + plain);
+  EXPECT_EQ(node.child("c")->text(), "\n");
+  EXPECT_EQ(node.child("d")->text(), "\xC3\xA9\t\n");
+  EXPECT_EQ(node.child("e")->text(), "");
+  EXPECT_EQ(node.child("f")->text(), "1&3");
+  EXPECT_EQ(node.child("f")->child("g")->text(), "2");
+  EXPECT_EQ(node.child("h")->text(), plain);
+}
+
+TEST(FlatAnswer, aDeclarationWithACharacterThatXmlForbids_isForTheTree) {
+  const std::string answer = answerOf("<r/>");
+  ASSERT_TRUE(isFlat("<?xml version=\"1.0\"?>" + answer));
+  EXPECT_FALSE(isFlat("<?xml version=\"1.0\" \x01?>" + answer));
 }
 
 TEST(FlatAnswer, thatIsRefused_leavesTheTextAsItWas) {
