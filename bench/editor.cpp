@@ -212,10 +212,17 @@ void openTableWidget(benchmark::State& state) {
 
 // --- The limits -----------------------------------------------------------------------------------------------------
 
-void openEmptyWindow(benchmark::State& state) {
+/// The editor itself, without a file.
+void openEmptyEditor(benchmark::State& state) {
+  const Host host;
+  const StringsPtr headers = titles();
   for (auto _ : state) {
-    QWidget window;
-    paint(window);
+    ImExFileEdit editor;
+    editor.NumberRows(0);
+    editor.NumberColumns(kColumns);
+    editor.HeaderCollection(headers);
+    editor.loadGridHeader();
+    paint(editor);
   }
 }
 
@@ -230,7 +237,7 @@ void saveAtOnce(benchmark::State& state) {
   }
 }
 
-IMEX_BENCHMARK("W5 open/limit", openEmptyWindow);
+IMEX_BENCHMARK("W5 open/limit", openEmptyEditor);
 IMEX_BENCHMARK("W5 open/string model", openStringModel);
 IMEX_BENCHMARK("W5 open/QTableWidget", openTableWidget);
 IMEX_BENCHMARK("W5 open/ours", openOurs);

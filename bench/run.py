@@ -195,9 +195,9 @@ def machine():
             f"{platform.release().split('-')[0]}, {compiler}; {date.today()}, load {load:.1f}")
 
 
-def write_paper(text):
+def write_paper(text, part="measured"):
     paper = PAPER.read_text()
-    begin, end = "<!-- measured: begin -->\n", "<!-- measured: end -->"
+    begin, end = f"<!-- {part}: begin -->\n", f"<!-- {part}: end -->"
     head, rest = paper.split(begin)
     PAPER.write_text(head + begin + text + rest[rest.index(end):])
 
@@ -210,6 +210,33 @@ def measure(binaries, folder, quick):
     if not quick:
         write_paper(text)
         PLOT.write_text(plot(times))
+
+
+def serve_load(binaries, store, services, agents, files, lines):
+    output = subprocess.run([binaries / "service_load", store, str(services), str(agents), str(files), str(lines)],
+                            check=True, capture_output=True, text=True).stdout
+    return {name: float(value) for name, value in re.findall(r"(files/s|p50|p95|max) ([\d.]+)", output)}
+
+
+def measure_service(binaries, quick):
+    """Files in a second and the time of one, for several agents at once, each run with a store of its own."""
+    files, repetitions = (160, 1) if quick else (640, 3)
+    lines = ["| store | services | agents | files/s | file, median | 95 of 100 files within | longest |",
+             "| --- | ---: | ---: | ---: | ---: | ---: | ---: |"]
+    for store, name, services in (("sqlite", "SQLite", 1), ("postgresql", "PostgreSQL", 2)):
+        for agents in (1, 8, 64):
+            runs = [serve_load(binaries, store, services, agents, files, 100) for _ in range(repetitions)]
+            run = sorted(runs, key=lambda each: each["files/s"])[len(runs) // 2]
+            lines.append(f"| {name} | {services} | {agents} | {run['files/s']:.0f} | {run['p50']:.1f} ms | "
+                         f"{run['p95']:.1f} ms | {run['max']:.1f} ms |")
+    largest = [f"{name} {serve_load(binaries, store, 1, 1, 3, SIZES[-1])['p50'] / 1000:.2f} s"
+               for store, name in (("sqlite", "SQLite"), ("postgresql", "PostgreSQL"))]
+    text = (f"Measured on {machine()}: {files} files of 100 lines each, of the run with the median number of files a "
+            f"second among {repetitions}.\n\n" + "\n".join(lines) +
+            f"\n\nOne file of {SIZES[-1]:,} lines: {', '.join(largest)} (median of 3).\n")
+    print(text)
+    if not quick:
+        write_paper(text, "service")
 
 
 def count(program, work, folder):
@@ -239,11 +266,14 @@ def count_instructions(binaries, folder, approve):
 
 def main():
     binaries, folder, *options = sys.argv[1:]
-    if unknown := set(options) - {"--quick", "--instructions", "--approve"}:
+    if unknown := set(options) - {"--quick", "--instructions", "--approve", "--service"}:
         raise SystemExit(f"unknown option {unknown.pop()}")
     if "--instructions" in options:
         raise SystemExit(count_instructions(Path(binaries).absolute(), folder, "--approve" in options))
-    measure(Path(binaries).absolute(), folder, "--quick" in options)
+    if "--service" in options:
+        measure_service(Path(binaries).absolute(), "--quick" in options)
+    else:
+        measure(Path(binaries).absolute(), folder, "--quick" in options)
 
 
 main()

@@ -3,6 +3,9 @@
 #include "import_service/Server.h"
 #include "import_service/Store.h"
 
+#include "support/PostgresCluster.h"
+#include "support/TemporaryFolder.h"
+
 #include <httplib.h>
 
 #include <algorithm>
@@ -12,6 +15,7 @@
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -127,16 +131,24 @@ void print(const Load& load, Outcome& outcome) {
 } // namespace
 
 /// service_load STORE SERVICES AGENTS FILES LINES: so many files of so many new lines each, sent by so many agents at
-/// once to so many services on one store. STORE is what import-service takes. Exits with 1 where a file was not stored.
+/// once to so many services on one store. STORE is what import-service takes; or "sqlite" or "postgresql" for a new one
+/// that goes afterwards, a PostgreSQL that waits for the disk as one in use does. Exits with 1 where a file was not
+/// stored.
 int main(int argc, char** argv) {
   if (argc != 6) {
     std::cerr << "usage: service_load STORE SERVICES AGENTS FILES LINES\n";
     return 64;
   }
   const auto number = [&](int i) { return std::strtoul(argv[i], nullptr, 10); };
-  const Load load{argv[1], std::max(number(2), 1UL), std::max(number(3), 1UL), std::max(number(4), 1UL),
-                  std::max(number(5), 1UL)};
+  Load load{argv[1], std::max(number(2), 1UL), std::max(number(3), 1UL), std::max(number(4), 1UL),
+            std::max(number(5), 1UL)};
   try {
+    const imex::test::TemporaryFolder folder;
+    std::optional<imex::test::PostgresCluster> cluster;
+    if (load.store == "sqlite")
+      load.store = "sqlite://" + (folder / "store.sqlite");
+    else if (load.store == "postgresql")
+      load.store = cluster.emplace("-c fsync=on").url();
     Outcome outcome;
     run(load, outcome);
     print(load, outcome);
