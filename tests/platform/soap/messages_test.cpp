@@ -195,8 +195,9 @@ TEST(FlatAnswer, eachText_isResolvedForItself) {
 
 TEST(FlatAnswer, aDeclarationWithACharacterThatXmlForbids_isForTheTree) {
   const std::string answer = answerOf("<r/>");
-  ASSERT_TRUE(isFlat("<?xml version=\"1.0\"?>" + answer));
-  EXPECT_FALSE(isFlat("<?xml version=\"1.0\" \x01?>" + answer));
+  const std::string rest = answer.substr(answer.find("?>"));
+  ASSERT_TRUE(isFlat("<?xml version=\"1.0\"" + rest));
+  EXPECT_FALSE(isFlat("<?xml version=\"1.0\" \x01" + rest));
 }
 
 TEST(FlatAnswer, thatIsRefused_leavesTheTextAsItWas) {
