@@ -187,8 +187,6 @@ void TextWriter::writeLine(std::string_view text) {
 }
 
 void TextWriter::flush() {
-  if (m_buffer.empty())
-    return;
   try {
     m_sink->write(m_buffer);
   } catch (...) {
