@@ -129,7 +129,7 @@ bool EditorPage::maySave() {
 std::size_t EditorPage::contents() const {
   const host::Grid& cells = m_editor->findChild<platform::QtGrid*>(QStringLiteral("MSFlexGrid1"))->cells();
   const auto [rows, columns] = cells.size();
-  std::size_t result = static_cast<std::size_t>(rows);
+  auto result = static_cast<std::size_t>(rows);
   for (int row = 1; row < rows; ++row) {
     for (int column = 1; column < columns; ++column)
       result = result * 31 + std::hash<std::string_view>{}(cells.text({row, column}));

@@ -43,6 +43,7 @@ class IMEX_EXPORT SoapEnvelope {
   virtual void parse(std::string_view data, std::string_view encoding) = 0;
 
   /// The same with an answer that the message may keep.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): this default alone does not keep it.
   virtual void take(std::string data, std::string_view encoding) { parse(data, encoding); }
 
   /// The parameter of the answer at `position`, counted from 0. Error 9 outside.

@@ -34,11 +34,10 @@ std::optional<char> toWindows1252(const CodePoint& c) {
 
 } // namespace
 
+/// Takes the first byte of a character beyond ASCII.
 bool Utf8Validator::start(unsigned char byte) {
   m_low = 0x80;
   m_high = 0xBF;
-  if (byte < 0x80)
-    return true;
   if (byte >= 0xC2 && byte <= 0xDF) {
     m_pending = 1;
   } else if (byte >= 0xE0 && byte <= 0xEF) {

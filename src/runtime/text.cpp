@@ -32,9 +32,8 @@ constexpr std::array kUpperCase{
 #include "runtime/upper_case.inc"
 };
 
+/// Of a code point beyond ASCII.
 char32_t upperCase(char32_t value) {
-  if (value < 0x80)
-    return value >= 'a' && value <= 'z' ? value - ('a' - 'A') : value;
   const auto* range = std::upper_bound(kUpperCase.begin(), kUpperCase.end(), value,
                                        [](char32_t v, const CaseRange& r) { return v < r.first; });
   if (range == kUpperCase.begin())

@@ -5,9 +5,11 @@
 #include "module/state.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <iterator>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace imex::test {
@@ -257,6 +259,13 @@ bool Import::isFileClosed() const {
 
 std::size_t openDescriptors() {
   return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
+
+bool areDescriptorsDownTo(std::size_t count) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (openDescriptors() > count && std::chrono::steady_clock::now() < deadline)
+    std::this_thread::yield();
+  return openDescriptors() <= count;
 }
 
 std::string unreadableBox(int style) {

@@ -17,6 +17,10 @@ namespace imex::test {
 /// How many descriptors the process has open.
 std::size_t openDescriptors();
 
+/// Waits until no more than `count` are open: a server of the test closes its end of a connection a moment later than
+/// the client. False where they stay open.
+bool areDescriptorsDownTo(std::size_t count);
+
 /// What a user does with a file.
 struct Way {
   enum class Call { send, instant, projectItems };

@@ -20,6 +20,16 @@ struct Allocations {
 
 inline thread_local Allocations allocations;
 
+/// Counts an allocation that is about to be made. True where it is to fail.
+inline bool isAllocationToFail() {
+  if (allocations.pauses > 0 || allocations.failAt == 0)
+    return false;
+  const long number = ++allocations.count;
+  const bool fails = number == allocations.failAt || (allocations.failOn && number > allocations.failAt);
+  allocations.hasFailed = allocations.hasFailed || fails;
+  return fails;
+}
+
 /// No allocation fails or counts while it lives. What a test itself keeps is not what is tested.
 class AllocationPause {
  public:

@@ -11,15 +11,6 @@ namespace {
 
 using imex::test::allocations;
 
-bool isToFail() {
-  if (allocations.pauses > 0 || allocations.failAt == 0)
-    return false;
-  const long number = ++allocations.count;
-  const bool fails = number == allocations.failAt || (allocations.failOn && number > allocations.failAt);
-  allocations.hasFailed = allocations.hasFailed || fails;
-  return fails;
-}
-
 void* counted(void* block) {
   if (block == nullptr)
     throw std::bad_alloc();
@@ -39,13 +30,13 @@ void release(void* block) noexcept {
 } // namespace
 
 void* operator new(std::size_t size) {
-  if (isToFail())
+  if (imex::test::isAllocationToFail())
     throw std::bad_alloc();
   return counted(std::malloc(size == 0 ? 1 : size));
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment) {
-  if (isToFail())
+  if (imex::test::isAllocationToFail())
     throw std::bad_alloc();
   const auto step = static_cast<std::size_t>(alignment);
   return counted(std::aligned_alloc(step, (size + step - 1) / step * step));

@@ -6,12 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <iostream>
 #include <map>
 #include <set>
 #include <string>
-#include <thread>
 
 namespace imex::test {
 namespace {
@@ -44,7 +42,7 @@ class NetworkFaults : public testing::TestWithParam<std::string> {
   }
 
   void TearDown() override {
-    expectDescriptorsClosed();
+    EXPECT_TRUE(areDescriptorsDownTo(descriptors));
     for (const auto& [number, count] : numbers)
       std::cout << (number == 0 ? "whole" : "error " + std::to_string(number)) << ": " << count << '\n';
   }
@@ -89,14 +87,6 @@ class NetworkFaults : public testing::TestWithParam<std::string> {
     EXPECT_TRUE(trial.isFileClosed());
     EXPECT_EQ(golden, importFrom(good()));
     EXPECT_EQ(Texts{}, trial.errors);
-  }
-
-  /// The server closes its end of the last connection a moment later than the import ends.
-  void expectDescriptorsClosed() const {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (openDescriptors() > descriptors && std::chrono::steady_clock::now() < deadline)
-      std::this_thread::yield();
-    EXPECT_LE(openDescriptors(), descriptors);
   }
 
   static int number(SoapError error) { return static_cast<int>(error); }

@@ -351,8 +351,7 @@ TEST_F(ImExRequestSerialize, anErrorWhileChoosingTheMethod_isRecordedThereToo) {
 
   EXPECT_EQ(events, Texts{kEnvironmentEvent});
   EXPECT_TRUE(isNothingSent());
-  expectedErrors = {"! ImExRequest selectInstantMethod 1234 Soap: broken",
-                    "! ImExRequest Serialize 1234 Soap: broken"};
+  expectedErrors = {"! ImExRequest selectInstantMethod 1234 Soap: broken", "! ImExRequest Serialize 1234 Soap: broken"};
 }
 
 TEST_F(ImExRequestSerialize, anErrorInTheRequestInformation_isOneEvent) {

@@ -381,6 +381,17 @@ TEST_F(ImExRequestSend, theAnswerToBallasts_isNotRead) {
   EXPECT_FALSE(isPageWritten());
 }
 
+TEST_F(ImExRequestSend, anAnswerWithoutAResult_isError91) {
+  configure("INVOICE", "AGENT");
+  host.serviceCall.result = nullptr;
+  importFile("a|b|c|d\r\n");
+
+  EXPECT_EQ(raisedNumber([&] { request.send(); }), 91);
+
+  EXPECT_EQ(events, (Texts{}));
+  EXPECT_FALSE(isPageWritten());
+}
+
 TEST_F(ImExRequestSend, anErrorInTheAnswer_reachesTheCaller) {
   configure("INVOICE", "AGENT");
   host.serviceCall.result = answer("", {{true, "A|B|C|D|", "none"}});

@@ -241,6 +241,13 @@ TEST(canEncode, looksAtEveryCharacter) {
   EXPECT_TRUE(canEncode("", Encoding::windows1252));
 }
 
+TEST(canEncode, whatIsNoUtf8_hasNoPlaceInWindows1252) {
+  for (const char* text : {"\xFF", "caf\xC3", "\x80"}) {
+    EXPECT_FALSE(canEncode(text, Encoding::windows1252)) << text;
+    EXPECT_EQ(raisedNumber([&] { encode(text, Encoding::windows1252); }), 5) << text;
+  }
+}
+
 TEST(canEncode, utf8HoldsEveryCharacter) {
   for (const Encoding encoding : {Encoding::utf8, Encoding::utf8WithMark}) {
     EXPECT_TRUE(canEncode("caf\u00E9 \u20AC \u0416 \U0001F600", encoding));

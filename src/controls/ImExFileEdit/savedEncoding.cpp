@@ -4,7 +4,6 @@
 #include "runtime/text.h"
 
 #include <string>
-#include <utility>
 
 namespace imex {
 
@@ -51,9 +50,9 @@ bool isMisreadInWindows1252(SavedLines lines) {
 
 } // namespace
 
-Encoding savedEncoding(SavedLines lines, Encoding encoding) {
-  const bool isMisread = (encoding == Encoding::utf8 && startsWithMark(std::move(lines))) ||
-                         (encoding == Encoding::windows1252 && isMisreadInWindows1252(std::move(lines)));
+Encoding savedEncoding(const SavedLines& lines, Encoding encoding) {
+  const bool isMisread = (encoding == Encoding::utf8 && startsWithMark(lines)) ||
+                         (encoding == Encoding::windows1252 && isMisreadInWindows1252(lines));
   return isMisread ? Encoding::utf8WithMark : encoding;
 }
 

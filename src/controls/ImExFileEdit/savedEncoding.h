@@ -11,6 +11,6 @@ namespace imex {
 /// Windows-1252, would be read without it; lines in Windows-1252 whose bytes happen to be UTF-8 would be read as that.
 ///
 /// Error 5 for a character that the file's encoding lacks. UTF-8 has them all.
-Encoding savedEncoding(SavedLines lines, Encoding encoding);
+Encoding savedEncoding(const SavedLines& lines, Encoding encoding);
 
 } // namespace imex

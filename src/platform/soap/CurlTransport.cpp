@@ -62,25 +62,33 @@ EasyHandle createHandle() {
   return handle;
 }
 
-RuntimeError badAddress(std::string_view address) {
-  return soapError(SoapError::badAddress, kSource,
-                   "The address \"" + shownAddress(address) + "\" is not an http or https address");
+[[noreturn]] void throwBadAddress(std::string_view address) {
+  throw soapError(SoapError::badAddress, kSource,
+                  "The address \"" + shownAddress(address) + "\" is not an http or https address");
 }
 
-Url parseAddress(std::string_view address) {
-  Url url(curl_url());
+/// Error 1010 for an address that the library does not take.
+void requireTaken(CURLUcode code, std::string_view address) {
+  if (code == CURLUE_OUT_OF_MEMORY)
+    throwOutOfMemory();
+  if (code != CURLUE_OK)
+    throwBadAddress(address);
+}
+
+/// Error 1010 for anything but an http or https address.
+void requireAddress(std::string_view address) {
+  const Url url(curl_url());
   if (!url)
     throwOutOfMemory();
-  if (address.find('\0') != std::string_view::npos ||
-      curl_url_set(url.get(), CURLUPART_URL, std::string(address).c_str(), 0) != CURLUE_OK)
-    throw badAddress(address);
+  if (address.find('\0') != std::string_view::npos)
+    throwBadAddress(address);
+  requireTaken(curl_url_set(url.get(), CURLUPART_URL, std::string(address).c_str(), 0), address);
   char* scheme = nullptr;
-  curl_url_get(url.get(), CURLUPART_SCHEME, &scheme, 0);
+  requireTaken(curl_url_get(url.get(), CURLUPART_SCHEME, &scheme, 0), address);
   const CurlText owner(scheme);
-  const std::string_view name = scheme == nullptr ? "" : scheme;
+  const std::string_view name = scheme;
   if (name != "http" && name != "https")
-    throw badAddress(address);
-  return url;
+    throwBadAddress(address);
 }
 
 /// The value of the parameter `charset` of a content type; empty where it has none that is understood.
@@ -110,8 +118,10 @@ std::string bodyInUtf8(std::string body, std::string_view charset) {
 class Exchange {
  public:
   Exchange(std::string_view address, const HttpOptions& options)
-      : m_options(options), m_url(parseAddress(address)), m_handle(createHandle()),
-        m_shownAddress(shownAddress(address)) {
+      : m_options(options), m_handle(createHandle()), m_shownAddress(shownAddress(address)) {
+    requireAddress(address);
+    // As a text: of a parsed address that finds no memory the library says that it is malformed.
+    set(CURLOPT_URL, std::string(address).c_str());
     setSecurity();
     setReception();
   }
@@ -162,7 +172,6 @@ class Exchange {
   static std::size_t onHeader(char* data, std::size_t, std::size_t size, void* self) noexcept;
 
   const HttpOptions& m_options;
-  Url m_url;
   EasyHandle m_handle;
   HeaderList m_headers;
   std::string m_shownAddress; ///< with the proxy, where there is one
@@ -180,7 +189,6 @@ class Exchange {
 };
 
 void Exchange::setSecurity() {
-  set(CURLOPT_CURLU, m_url.get());
   set(CURLOPT_PROTOCOLS_STR, "http,https");
   set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
   set(CURLOPT_FOLLOWLOCATION, 0L);

@@ -65,6 +65,8 @@ bool isSoapFault(std::string_view data, std::string_view encoding) {
   try {
     PugiSoapEnvelope().parse(data, encoding);
   } catch (const RuntimeError& error) {
+    if (error.is(ErrorNumber::outOfMemory)) // which says nothing about the answer
+      throw;
     return error.number() == static_cast<std::int32_t>(SoapError::fault);
   }
   return false;

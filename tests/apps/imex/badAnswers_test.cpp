@@ -147,8 +147,7 @@ TEST_P(BadAnswer, folderOfTheFileIsFullOfAFolderOfThePagesName_keepsTheVerdict) 
   const Ended ended = importFrom(server);
   EXPECT_EQ(0, ended.status);
   EXPECT_EQ("imex: The server responded, but the results could not be displayed.\nimex: " +
-                (folder / "validationresults.html") +
-                ": Path/File access error (error 75)\n",
+                (folder / "validationresults.html") + ": Path/File access error (error 75)\n",
             ended.err);
   EXPECT_EQ("Line 1: accepted\nReply:   Done.\nOutcome: accepted\n", ended.out);
 }

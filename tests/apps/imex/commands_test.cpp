@@ -125,7 +125,8 @@ TEST_F(Commands, aPairThatOnlyJoinsToAKnownKey_isWrongUse) {
 TEST_F(Commands, checkListsALineThatCannotBeChecked) {
   const Ended ended = check(customer("C1") + "\r\n" + customer("C2", std::string(40000, 'n')) + "\r\n");
   EXPECT_EQ(2, ended.status);
-  EXPECT_EQ("Line 2: failed\n  Error:     The line cannot be checked: Overflow (error 6)\nOutcome: refused\n", ended.out);
+  EXPECT_EQ("Line 2: failed\n  Error:     The line cannot be checked: Overflow (error 6)\nOutcome: refused\n",
+            ended.out);
 }
 
 TEST_F(Commands, jsonIsPrintedWhateverHappens) {
