@@ -83,6 +83,7 @@ class IMEX_EXPORT OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
+  /// As TextWriter::writeLine() and close(). Nothing is written after close().
   void writeLine(std::string_view text) { m_writer->writeLine(text); }
   void close();
 
