@@ -6,12 +6,15 @@ if(IMEX_CCACHE)
 endif()
 
 # The windows of the controls, their Designer plugin and their tests.
+set(IMEX_QT_VERSION 6.4)
 if(NOT IMEX_CORE_ONLY)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets PrintSupport WebEngineWidgets UiPlugin Test)
+  find_package(Qt6 ${IMEX_QT_VERSION} REQUIRED COMPONENTS Widgets PrintSupport WebEngineWidgets UiPlugin Test)
 endif()
 
-# The libraries go into programs and into the plugin, which is a module.
+# The libraries go into programs and into shared libraries, which offer what is marked IMEX_EXPORT and nothing else.
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 add_library(imex_options INTERFACE)
 target_compile_options(imex_options INTERFACE
@@ -27,9 +30,9 @@ if(IMEX_COVERAGE)
   target_compile_options(imex_options INTERFACE --coverage -O0)
   target_link_options(imex_options INTERFACE --coverage)
 endif()
+set(IMEX_SANITIZE_OPTIONS -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
 if(IMEX_SANITIZE)
-  target_compile_options(imex_options INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(imex_options INTERFACE ${IMEX_SANITIZE_OPTIONS})
   target_link_options(imex_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(IMEX_FUZZ)
@@ -38,26 +41,22 @@ if(IMEX_FUZZ)
   target_link_options(imex_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# imex_library(FOLDER SOURCES ... LINKS ... [PRIVATE_LINKS ...])
+# imex_library(FOLDER SOURCES ... [PUBLIC_HEADERS ...] LINKS ... [PRIVATE_LINKS ...])
 #
 # One library for one folder below src/, named imex_<folder> ("platform/soap" is imex_platform_soap). A target sees its
 # own folder and those of the libraries that it links, and no other: each folder is reached through a link of its own
-# below the build directory, so an include against the direction of knowledge does not compile.
+# below the build directory, so an include against the direction of knowledge does not compile. The public headers are
+# those that a host includes; they are installed with the shared library that the folder goes into.
 function(imex_library folder)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC_HEADERS;LINKS;PRIVATE_LINKS" ${ARGN})
   string(REPLACE "/" "_" name imex_${folder})
   set(root ${CMAKE_BINARY_DIR}/include/${name})
   cmake_path(GET folder PARENT_PATH parent)
   file(MAKE_DIRECTORY ${root}/${parent})
   file(CREATE_LINK ${CMAKE_SOURCE_DIR}/src/${folder} ${root}/${folder} SYMBOLIC)
 
-  if(ARG_SOURCES)
-    add_library(${name} STATIC ${ARG_SOURCES})
-    target_include_directories(${name} PUBLIC ${root})
-    target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE imex_options ${ARG_PRIVATE_LINKS})
-  else()
-    add_library(${name} INTERFACE)
-    target_include_directories(${name} INTERFACE ${root})
-    target_link_libraries(${name} INTERFACE ${ARG_LINKS})
-  endif()
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${root})
+  target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE imex_options ${ARG_PRIVATE_LINKS})
+  set_target_properties(${name} PROPERTIES IMEX_FOLDER ${folder} IMEX_PUBLIC_HEADERS "${ARG_PUBLIC_HEADERS}")
 endfunction()

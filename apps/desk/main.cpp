@@ -28,13 +28,9 @@ QString userFile(QStandardPaths::StandardLocation location, const char* name) {
 }
 
 /// The sample application directory: in the source tree, for a program in its build folder, or where it is installed.
-QString sampleDirectory(const QDir& programFolder) {
-  for (const char* place : {"../../../share", "../share/corvana"}) {
-    const QString path = QDir::cleanPath(programFolder.filePath(QLatin1String(place)));
-    if (QDir(path).exists(QStringLiteral("docs")))
-      return path;
-  }
-  return {};
+std::string sampleDirectory(const QDir& folder) {
+  const QString source = QDir::cleanPath(folder.filePath(QStringLiteral("../../../share")));
+  return QDir(source).exists(QStringLiteral("docs")) ? toCore(source) : installedDirectory();
 }
 
 /// Runs what may fail at the start without ending the program.
@@ -55,12 +51,11 @@ struct Start {
 
 /// Fails where the file of --config cannot be used. What is wrong with the user's own file is a notice.
 Start prepare(const Options& options) {
-  const QDir programFolder(toQt(std::filesystem::read_symlink("/proc/self/exe").parent_path().string()));
+  const QDir folder(toQt(programFolder().string()));
   const std::string userIni = toCore(userFile(QStandardPaths::GenericConfigLocation, "desk.ini"));
-  Start start{
-      std::make_unique<DeskSettings>(options.config.empty() ? userIni : options.config, options.applicationDirectory,
-                                     toCore(sampleDirectory(programFolder))),
-      {programFolder.filePath(QStringLiteral("import-service")), userFile(QStandardPaths::GenericDataLocation, "")}};
+  Start start{std::make_unique<DeskSettings>(options.config.empty() ? userIni : options.config,
+                                             options.applicationDirectory, sampleDirectory(folder)),
+              {folder.filePath(QStringLiteral("import-service")), userFile(QStandardPaths::GenericDataLocation, "")}};
   if (!options.config.empty())
     start.settings->load();
   else if (std::filesystem::exists(userIni))

@@ -91,7 +91,8 @@ void addCommonOptions(CLI::App& app, CommandLine& line) {
     app.add_option(name, place, help)->type_name(type)->take_last();
   };
   add("--config", line.config, "INI file with the settings (see below)", "FILE");
-  add("--app-dir", line.applicationDirectory, "Application directory; its \"docs\" folder holds the formats", "DIR");
+  add("--app-dir", line.applicationDirectory,
+      "Application directory; its \"docs\" folder holds the formats (the installed one)", "DIR");
   add("--secured", line.secured, "Address of the import service", "URL");
   add("--unsecured", line.unsecured, "Address of the import service for ballasts", "URL");
   add("--timeout", line.timeout, "Greatest time of an exchange in milliseconds; 0 is without limit", "MS");
@@ -130,6 +131,8 @@ void applySettings(CommandLine& line, const platform::IniFile& ini) {
   };
   Options& options = line.options;
   options.applicationDirectory = absolutePath(setting(line.applicationDirectory, "application", "directory"));
+  if (options.applicationDirectory.empty())
+    options.applicationDirectory = installedDirectory();
   options.title = ini.value("application", "title").value_or(options.title);
   options.securedAddress = setting(line.secured, "service", "secured");
   options.unsecuredAddress = setting(line.unsecured, "service", "unsecured");

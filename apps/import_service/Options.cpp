@@ -5,10 +5,12 @@
 #include "platform/config/IniFile.h"
 #include "platform/files/DiskFiles.h"
 #include "runtime/RuntimeError.h"
+#include "startup/startup.h"
 
 #include <CLI/CLI.hpp>
 
 #include <charconv>
+#include <filesystem>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -72,6 +74,13 @@ platform::IniFile readIni(const std::string& path) {
   }
 }
 
+/// Where the format files are looked for when nobody says where.
+std::string standardDirectory() {
+  std::error_code unreadable;
+  const std::string installed = installedDirectory();
+  return installed.empty() || std::filesystem::is_directory("docs", unreadable) ? "." : installed;
+}
+
 /// The command line as the library sees it.
 class CommandLine {
  public:
@@ -98,7 +107,8 @@ CommandLine::CommandLine() {
                ->option_text("N");
   m_host = m_app.add_option("--host", m_options.host, "address to listen at (127.0.0.1)")->option_text("ADDR");
   m_directory =
-      m_app.add_option("--app-dir", m_options.applicationDirectory, "application directory (.)")->option_text("DIR");
+      m_app.add_option("--app-dir", m_options.applicationDirectory, "application directory (., or the installed one)")
+          ->option_text("DIR");
   m_store = m_app.add_option("--store", m_options.store, "database (sqlite://import-service.db)")->option_text("URL");
   m_users = m_app.add_option("--user", m_options.users, "known user; once for each (agent1)")
                 ->allow_extra_args(false)
@@ -139,6 +149,8 @@ Options CommandLine::parse(int argc, const char* const* argv) {
   }
   if (!m_config.empty())
     applyIni();
+  if (m_options.applicationDirectory.empty())
+    m_options.applicationDirectory = standardDirectory();
   return m_options;
 }
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <locale>
+#include <system_error>
 
 namespace imex {
 
@@ -19,6 +20,16 @@ std::string absolutePath(const std::string& path) {
   while (full.size() > 1 && full.back() == '/')
     full.pop_back();
   return full;
+}
+
+std::filesystem::path programFolder() {
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path();
+}
+
+std::string installedDirectory() {
+  const std::filesystem::path directory = programFolder().parent_path() / "share" / "corvana";
+  std::error_code unreadable;
+  return std::filesystem::is_directory(directory / "docs", unreadable) ? directory.string() : std::string();
 }
 
 } // namespace imex

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 namespace imex {
@@ -14,5 +15,12 @@ void useLocaleOfUser();
 /// a separator at its end. ".." stays: what it means behind a symbolic link, only the file system knows. Empty stays
 /// empty.
 std::string absolutePath(const std::string& path);
+
+/// The folder that the program's file is in.
+std::filesystem::path programFolder();
+
+/// The application directory that is installed with the programs, "../share/corvana" from their folder; empty where
+/// there is none, as for a program in its build folder.
+std::string installedDirectory();
 
 } // namespace imex

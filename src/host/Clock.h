@@ -18,6 +18,7 @@ class IMEX_EXPORT Clock {
  public:
   virtual ~Clock() = default;
 
+  /// The moment at which it is called.
   virtual LocalTime now() const = 0;
 };
 

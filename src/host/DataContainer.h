@@ -7,7 +7,7 @@ namespace imex::host {
 
 /// The lines of an import, in file order.
 struct DataContainer {
-  Collection<LineObject> lines;
+  Collection<LineObject> lines; ///< without keys
 };
 
 } // namespace imex::host

@@ -13,17 +13,19 @@ namespace imex::host {
 
 /// Rows and columns of a grid, the fixed ones included.
 struct GridSize {
-  int rows;
-  int columns;
+  int rows;    ///< at least 1
+  int columns; ///< at least 1
 
+  /// The same size.
   bool operator==(const GridSize&) const = default;
 };
 
 /// A cell, counted from 0.
 struct GridCell {
-  int row;
-  int column;
+  int row;    ///< 0 is the fixed one
+  int column; ///< 0 is the fixed one
 
+  /// The same cell.
   bool operator==(const GridCell&) const = default;
 };
 
@@ -49,9 +51,11 @@ class IMEX_EXPORT GridLayout {
  public:
   virtual ~GridLayout() = default;
 
+  /// The width of a column.
   virtual int columnWidth(int column) const = 0;
   virtual void setColumnWidth(int column, int twips) = 0;
 
+  /// The height of a row.
   virtual int rowHeight(int row) const = 0;
   virtual void setRowHeight(int row, int twips) = 0;
 
@@ -81,6 +85,7 @@ class IMEX_EXPORT Grid {
   /// Empties every cell. Size, layout and current cell stay.
   virtual void clear() = 0;
 
+  /// Rows and columns, the fixed ones included; one of each at least.
   virtual GridSize size() const = 0;
 
   /// Adds or removes rows at the bottom and columns at the right. Texts of the cells that remain stay, new cells are
@@ -114,9 +119,10 @@ class IMEX_EXPORT Grid {
   /// stays with it when another one becomes current.
   virtual void setEmphasis(bool isMarked) = 0;
 
+  /// The layout of the cells, which lives as long as the grid.
   virtual GridLayout& layout() = 0;
 
-  // The user moves with keys or the mouse: leaveCell with the old cell still current, then enterCell with the new one.
+  /// The user moves with keys or the mouse: leaveCell with the old cell still current, then enterCell with the new one.
   Event<> leaveCell;
   Event<> enterCell;
 };

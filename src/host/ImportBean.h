@@ -9,8 +9,8 @@ namespace imex::host {
 
 /// An import as the service call takes it.
 struct ImportBean {
-  std::shared_ptr<RequestInformation> requestInformation;
-  std::shared_ptr<DataContainer> dataContainer;
+  std::shared_ptr<RequestInformation> requestInformation; ///< what is asked for
+  std::shared_ptr<DataContainer> dataContainer;           ///< the lines
 };
 
 } // namespace imex::host

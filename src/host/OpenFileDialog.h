@@ -17,7 +17,7 @@ struct FileFilter {
 
 /// What an open dialog shows.
 struct OpenFileQuestion {
-  std::string_view title;
+  std::string_view title;          ///< of the dialog
   std::vector<FileFilter> filters; ///< in the order of the list; the first is chosen
   std::string_view directory = {}; ///< where it starts; empty leaves that to the dialog
 };
@@ -25,8 +25,9 @@ struct OpenFileQuestion {
 /// The file that the user chose.
 struct ChosenFile {
   std::string directory; ///< with a separator of the platform at its end
-  std::string name;
+  std::string name;      ///< in that folder
 
+  /// Both together.
   std::string path() const { return directory + name; }
 };
 

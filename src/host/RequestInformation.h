@@ -13,9 +13,9 @@ struct RequestInformation {
   std::string schedule;     ///< "INSTANT"
   std::string dataOrigin;   ///< "AGENT", "HALVIK"
   std::string delimiter;    ///< the word "TAB" or "PIPE"
-  std::string userName;
-  Boolean allowWarnings;
-  Boolean allowTruncation;
+  std::string userName;     ///< host::CurrentUser::name()
+  Boolean allowWarnings;    ///< whether lines pass that carry only warnings
+  Boolean allowTruncation;  ///< whether values that are too long are cut
 };
 
 } // namespace imex::host

@@ -15,10 +15,10 @@ struct ServiceRequest {
   std::string_view space;      ///< "urn:ImportExportService" or "urn:UnsecuredImportExportService"
   std::string_view methodName; ///< "importData"
   std::string_view beanType;   ///< "HXImportBean"
-  const ImportBean& bean;
-  std::string_view address;
-  std::int32_t timeout; ///< milliseconds; 0 is without limit
-  std::string_view userId;
+  const ImportBean& bean;      ///< valid during the call
+  std::string_view address;    ///< of the service
+  std::int32_t timeout;        ///< milliseconds; 0 is without limit
+  std::string_view userId;     ///< host::CurrentUser::id()
 };
 
 /// Calls the host's import service.

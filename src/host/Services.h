@@ -27,18 +27,18 @@ class TransportFactory;
 /// service that is left out makes the procedures that need it fail with error 429. The objects are the program's and
 /// outlive the component's use of them.
 struct Services {
-  Application* application = nullptr;
-  Settings* settings = nullptr;
-  CurrentUser* currentUser = nullptr;
-  Clock* clock = nullptr;
-  MessageBox* messageBox = nullptr;
-  OpenFileDialog* openFileDialog = nullptr;
-  Clipboard* clipboard = nullptr;
-  BrowserLauncher* browserLauncher = nullptr;
-  Files* files = nullptr;
-  TransportFactory* transportFactory = nullptr;
-  ServiceCall* serviceCall = nullptr;
-  Keyboard* keyboard = nullptr;
+  Application* application = nullptr;           ///< where the formats are, and the title of boxes
+  Settings* settings = nullptr;                 ///< addresses, time-out, proxy, specification pages
+  CurrentUser* currentUser = nullptr;           ///< who imports
+  Clock* clock = nullptr;                       ///< the names of the panel's new files
+  MessageBox* messageBox = nullptr;             ///< what the user is told and asked
+  OpenFileDialog* openFileDialog = nullptr;     ///< the panel's Browse
+  Clipboard* clipboard = nullptr;               ///< the panel's Template
+  BrowserLauncher* browserLauncher = nullptr;   ///< the results page
+  Files* files = nullptr;                       ///< every file
+  TransportFactory* transportFactory = nullptr; ///< the instant road
+  ServiceCall* serviceCall = nullptr;           ///< the road of ImExRequest::send()
+  Keyboard* keyboard = nullptr;                 ///< the editor's moves
 
   /// Makes the progress display of one operation. Left empty, no progress is shown.
   std::function<std::unique_ptr<ProgressDisplay>()> createProgressDisplay;

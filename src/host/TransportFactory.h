@@ -13,6 +13,7 @@ class IMEX_EXPORT TransportFactory {
  public:
   virtual ~TransportFactory() = default;
 
+  /// A transport that connects directly and has no time-out.
   virtual std::unique_ptr<HttpTransport> createTransport() = 0;
 
   /// An empty envelope.

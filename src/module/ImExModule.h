@@ -86,7 +86,7 @@ class IMEX_EXPORT OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  /// What TextWriter does.
+  /// As TextWriter::write(), writeLine() and close(). Nothing is written after close().
   void write(std::string_view text) { m_writer->write(text); }
   void writeLine(std::string_view text) { m_writer->writeLine(text); }
   void close();

@@ -28,14 +28,15 @@ namespace imex {
 /// alone and the same source, unless a label of its own is given: trace readers expect some irregular ones. The
 /// labels of an error are read when it is recorded.
 struct Procedure {
-  std::string_view source;
-  std::string_view name;
-  std::string_view errorName = {};
-  std::string_view errorSource = {};
+  std::string_view source;           ///< what the procedure belongs to: the name of a class or a module
+  std::string_view name;             ///< without the "()"
+  std::string_view errorName = {};   ///< empty: the name
+  std::string_view errorSource = {}; ///< empty: the source
 };
 
 /// An error as a procedure's ending sees it, after it was recorded. The number has 16 bits.
 struct CaughtError {
+  /// What the error is: its number, what raised it, and its description.
   Integer number;
   std::string source;
   std::string description;
@@ -43,6 +44,7 @@ struct CaughtError {
   /// "Error Number: 53 - File not found", the title of the box that tells the user.
   std::string title() const { return "Error Number: " + toText(number) + " - " + description; }
 
+  /// The error as it was, to be thrown anew.
   RuntimeError asRuntimeError() const { return {number, source, description}; }
 };
 
@@ -64,6 +66,7 @@ inline constexpr std::string_view kDefaultFailurePrompt = "The requested operati
 struct IMEX_EXPORT ShowBox {
   std::string prompt = {}; ///< empty: kDefaultFailurePrompt
 
+  /// Shows the box: the prompt, an exclamation mark, and the error as title.
   void operator()(const CaughtError& error) const;
 };
 

@@ -28,6 +28,7 @@ class IMEX_EXPORT ImExFormat {
   StringsPtr errors();
   StringsPtr Warnings();
 
+  /// Appends a text to cWarnings or cErrors, which are made where they are null.
   void addWarning(std::string warning);
   void addError(std::string error);
 

@@ -14,6 +14,7 @@ class IMEX_EXPORT ImportExportErrorBean {
   void RowNumber(const Integer& value);
   Integer RowNumber() const;
 
+  /// What is wrong with the row.
   void RowError(std::string value);
   std::string RowError() const;
 

@@ -35,23 +35,27 @@ class IMEX_EXPORT LineItemRecord {
   std::string Col1x() const { return read("Col1x", m_col1x); }
   void Col1x(std::string value) { write("Col1x", m_col1x, std::move(value)); }
 
-  /// The prices of the three price columns, numbers up to 999999. An order fills the first column alone.
+  /// The price of the first price column, as of the others a number up to 999999. An order fills this one alone.
   std::string Column1Price() const { return read("Column1Price", m_column1Price); }
   void Column1Price(std::string value) { write("Column1Price", m_column1Price, std::move(value)); }
 
+  /// The price of the second price column.
   std::string Column2Price() const;
   void Column2Price(std::string value) { write("Column2Price", m_column2Price, std::move(value)); }
 
+  /// The price of the third price column.
   std::string Column3Price() const { return read("Column3Price", m_column3Price); }
   void Column3Price(std::string value) { write("Column3Price", m_column3Price, std::move(value)); }
 
-  /// The commission rates of the three price columns, numbers up to 1.
+  /// The commission rate of the first price column, as of the others a number up to 1.
   std::string Column1Commission() const { return read("Column1Commission", m_column1Commission); }
   void Column1Commission(std::string value) { write("Column1Commission", m_column1Commission, std::move(value)); }
 
+  /// The commission rate of the second price column.
   std::string Column2Commission() const { return read("Column2Commission", m_column2Commission); }
   void Column2Commission(std::string value) { write("Column2Commission", m_column2Commission, std::move(value)); }
 
+  /// The commission rate of the third price column.
   std::string Column3Commission() const { return read("Column3Commission", m_column3Commission); }
   void Column3Commission(std::string value) { write("Column3Commission", m_column3Commission, std::move(value)); }
 

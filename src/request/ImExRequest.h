@@ -123,13 +123,16 @@ class IMEX_EXPORT ImExRequest {
   std::string SelectedData() const { return m_selectedData; }
   void SelectedData(std::string value) { m_selectedData = std::move(value); }
 
+  /// "IMPORT"; it is sent and decides nothing.
   std::string ImportExport() const { return m_importExport; }
   void ImportExport(std::string value) { m_importExport = std::move(value); }
 
+  /// The code of the data type.
   std::string DataType() const { return m_dataType; }
   /// Also takes the column count of the format from the catalogue.
   void DataType(std::string value);
 
+  /// "INSTANT"; it is sent and decides nothing.
   std::string Schedule() const { return m_schedule; }
   void Schedule(std::string value) { m_schedule = std::move(value); }
 
@@ -141,6 +144,7 @@ class IMEX_EXPORT ImExRequest {
   void Delimiter(std::string value);
   std::string Delimiter() const { return m_delimiter; }
 
+  /// Sets the code of the layout; see the read above.
   void DataOrigin(std::string value) { m_dataOrigin = std::move(value); }
 
   /// The name of the person asking, kept for the panel.

@@ -22,8 +22,10 @@ template <class T>
 class Collection {
  public:
   Collection() = default;
+  /// These items in this order, without keys.
   Collection(std::initializer_list<T> items) : m_items(items) {}
 
+  /// The number of items, and whether there is none.
   std::size_t count() const { return m_items.size(); }
   bool isEmpty() const { return m_items.empty(); }
 
@@ -43,6 +45,7 @@ class Collection {
     }
   }
 
+  /// Whether an item has this key.
   bool contains(std::string_view key) const { return m_keys.contains(upperCase(key)); }
 
   /// The item at a position from 1 to count(). Error 9 outside.
@@ -52,6 +55,7 @@ class Collection {
       throw RuntimeError(ErrorNumber::subscriptOutOfRange);
     return m_items[static_cast<std::size_t>(position) - 1];
   }
+  /// The same, to be changed.
   template <WholeNumber P>
   T& item(P position) {
     return const_cast<T&>(std::as_const(*this).item(position));
@@ -65,6 +69,7 @@ class Collection {
     return m_items[found->second];
   }
 
+  /// The items in order, to be read.
   auto begin() const { return m_items.begin(); }
   auto end() const { return m_items.end(); }
 

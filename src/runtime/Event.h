@@ -12,13 +12,16 @@ namespace imex {
 template <class... Args>
 class Event {
  public:
+  /// What is called when the event is raised.
   using Handler = std::function<void(Args...)>;
 
   /// Whether anything listens. What only a handler would see need not be made where none does.
   bool hasHandlers() const { return !m_handlers.empty(); }
 
+  /// Adds a handler behind those that are there. It stays for the life of the event.
   void connect(Handler handler) { m_handlers.push_back(std::move(handler)); }
 
+  /// Calls every handler with these arguments.
   void raise(Args... args) const {
     // A copy, so that a handler may connect another one.
     const std::vector<Handler> handlers = m_handlers;

@@ -12,7 +12,9 @@ namespace imex {
 /// The open text files of the process, each under a number from 1 to 511. A number in use cannot be taken again.
 class IMEX_EXPORT FileNumbers {
  public:
+  /// What opens a file to read; it raises the errors of host::Files.
   using OpenSource = std::function<std::unique_ptr<ByteSource>()>;
+  /// The same for a file to write.
   using OpenSink = std::function<std::unique_ptr<ByteSink>()>;
 
   /// The lowest number that is not in use. Error 67, "Too many files", where all are.
@@ -32,6 +34,7 @@ class IMEX_EXPORT FileNumbers {
   /// Closes every file and frees every number; errors of the closing are lost.
   void closeAll();
 
+  /// Whether the number is in use.
   bool isOpen(int number) const { return m_readers.contains(number) || m_writers.contains(number); }
 
  private:

@@ -40,12 +40,15 @@ class IMEX_EXPORT RuntimeError : public std::exception {
   /// An error with its standing description. `source` names the class or module that raises it.
   explicit RuntimeError(ErrorNumber number, std::string_view source = "ImEx");
 
+  /// An error with a description of its own, or with a number that is not of the component.
   RuntimeError(std::int32_t number, std::string source, std::string description);
 
+  /// Which error it is, what raised it, and what a person is told.
   std::int32_t number() const { return m_number; }
   const std::string& source() const { return m_source; }
   const std::string& description() const { return m_description; }
 
+  /// Whether it has this number.
   bool is(ErrorNumber number) const { return m_number == static_cast<std::int32_t>(number); }
 
   /// The description.

@@ -43,7 +43,10 @@ IMEX_EXPORT Integer toInteger(std::string_view text);
 /// A fixed-point amount: 64 bits, four decimal places, so -922,337,203,685,477.5808 to 922,337,203,685,477.5807.
 class Currency {
  public:
+  /// Starts at 0.
   constexpr Currency() = default;
+
+  /// The amount as a whole number of its smallest units: 12.5 is 125,000.
   static constexpr Currency ofTenThousandths(std::int64_t value) {
     Currency result;
     result.m_tenThousandths = value;
@@ -51,6 +54,7 @@ class Currency {
   }
   constexpr std::int64_t tenThousandths() const { return m_tenThousandths; }
 
+  /// By amount.
   friend constexpr auto operator<=>(Currency, Currency) = default;
 
  private:

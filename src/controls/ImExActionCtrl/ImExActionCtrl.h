@@ -46,6 +46,7 @@ class IMEX_EXPORT ImExActionCtrl : public QWidget {
   Q_OBJECT
 
  public:
+  /// A panel without a request; nothing can be chosen before a mode call.
   explicit ImExActionCtrl(QWidget* parent = nullptr);
   ~ImExActionCtrl() override;
 
@@ -86,27 +87,35 @@ class IMEX_EXPORT ImExActionCtrl : public QWidget {
   // --- Properties of the request ------------------------------------------------------------------------------------
   // They pass straight to the request's property of the same name.
 
+  /// Free text kept for the host.
   QString SelectedData() const;
   void SelectedData(const QString& value);
 
+  /// "IMPORT", set by a mode call.
   QString ImportExport() const;
   void ImportExport(const QString& value);
 
+  /// The code of the data type, "CUSTOMER".
   QString DataType() const;
   void DataType(const QString& value);
 
+  /// "INSTANT", set by a mode call.
   QString Schedule() const;
   void Schedule(const QString& value);
 
+  /// The code of the layout, "AGENT".
   QString DataOrigin() const;
   void DataOrigin(const QString& value);
 
+  /// The name of the person asking.
   QString Requestor() const;
   void Requestor(const QString& value);
 
+  /// The full path of the import file.
   QString CheckedFileName() const;
   void CheckedFileName(const QString& value);
 
+  /// Whether a login is asked for; kept for the host.
   Boolean LoginReqd() const;
   void LoginReqd(Boolean value);
 
@@ -114,6 +123,7 @@ class IMEX_EXPORT ImExActionCtrl : public QWidget {
   /// changes it.
   Boolean isCentralizedAgent;
 
+  /// The size of its layout, and the smallest at which every part can be read.
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 

@@ -34,6 +34,7 @@ class IMEX_EXPORT ImExDocView : public QWidget {
   Q_OBJECT
 
  public:
+  /// A viewer of the empty page.
   explicit ImExDocView(QWidget* parent = nullptr);
   ~ImExDocView() override;
 
@@ -42,6 +43,7 @@ class IMEX_EXPORT ImExDocView : public QWidget {
   /// was.
   void showDoc(QString& path);
 
+  /// The size of its layout, and the smallest in which the browser has room.
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 

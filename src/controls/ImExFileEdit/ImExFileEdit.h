@@ -67,6 +67,7 @@ class IMEX_EXPORT ImExFileEdit : public QWidget {
   Q_OBJECT
 
  public:
+  /// An editor of no file: it is of use after a load.
   explicit ImExFileEdit(QWidget* parent = nullptr);
   ~ImExFileEdit() override;
 
@@ -125,6 +126,7 @@ class IMEX_EXPORT ImExFileEdit : public QWidget {
   /// something or deleted a row other than the first. It is never taken back.
   bool isModified() const { return m_isModified; }
 
+  /// The size of its layout, and the smallest in which its parts have room.
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 

@@ -25,9 +25,11 @@ class IMEX_EXPORT ImtExViewCtrl : public QWidget {
   Q_OBJECT
 
  public:
+  /// An empty list.
   explicit ImtExViewCtrl(QWidget* parent = nullptr);
   ~ImtExViewCtrl() override;
 
+  /// The size of its layout.
   QSize sizeHint() const override;
 
  private:

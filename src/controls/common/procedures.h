@@ -19,9 +19,9 @@ inline constexpr std::string_view kControlErrorSource = "ImExActionCtrl";
 /// The labels of a control's procedure in the trace log, as in Procedure. The source of the trace lines is missing: it
 /// is the name that the control has at run time, its object name. An error record without a source has that name too.
 struct Labels {
-  std::string_view name;
-  std::string_view errorName = {};
-  std::string_view errorSource = {};
+  std::string_view name;             ///< without the "()"
+  std::string_view errorName = {};   ///< empty: the name
+  std::string_view errorSource = {}; ///< empty: the control's object name
 };
 
 /// traced() for a procedure of `control`.

@@ -41,6 +41,7 @@ class IMEX_EXPORT WebBrowser : public QWidget, public host::Browser {
   Q_OBJECT
 
  public:
+  /// An empty page. The engine is not started yet.
   explicit WebBrowser(QWidget* parent = nullptr);
   ~WebBrowser() override;
 

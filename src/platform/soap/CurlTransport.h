@@ -28,6 +28,7 @@ struct HttpOptions {
 /// a 2xx answer is a SOAP message at all is for the envelope to say. A message is never sent twice.
 class IMEX_EXPORT CurlTransport : public host::HttpTransport {
  public:
+  /// Connects directly, without a time-out, until it is told otherwise.
   explicit CurlTransport(HttpOptions options = {});
 
   void SetProxy(std::string_view server, std::string_view port) override;

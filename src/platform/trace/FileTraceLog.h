@@ -13,7 +13,7 @@ namespace imex::platform {
 /// and description. A background thread writes, so that tracing does not wait for the disk; the file starts anew in a
 /// numbered one when it reaches 64 MiB, and three old ones are kept.
 ///
-/// Control characters in the texts are written as \n, \r, \t and \xNN, so that a call is always one line.
+/// Control characters in the texts are written as `\n`, `\r`, `\t` and `\xNN`, so that a call is always one line.
 class IMEX_EXPORT FileTraceLog : public host::TraceLog {
  public:
   /// Appends to the file at `path`. Error 57 where it cannot be opened, with a description that names it.
