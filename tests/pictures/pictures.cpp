@@ -1,4 +1,5 @@
-// pictures FOLDER: draws the controls as the manual shows them, light and dark, into PNG files.
+// pictures FOLDER [dark]: draws the controls as the manual shows them into PNG files; with "dark", in dark colours
+// and under names that end in "-dark".
 
 #include "controls/ImExActionCtrl/ImExActionCtrl.h"
 #include "controls/ImExDocView/ImExDocView.h"
@@ -221,8 +222,9 @@ void drawEditors(Drawing& drawing, const imex::test::TestHost& host, const QStri
 
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);
-  if (argc != 2) {
-    std::cerr << "usage: pictures FOLDER\n";
+  const bool isDark = argc == 3 && argv[2] == std::string("dark");
+  if (argc != 2 && !isDark) {
+    std::cerr << "usage: pictures FOLDER [dark]\n";
     return 64;
   }
   imex::test::TestHost host;
@@ -230,15 +232,13 @@ int main(int argc, char** argv) {
   host.application.directory = IMEX_SOURCE_DIR "/share";
 
   QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  if (isDark)
+    QApplication::setPalette(darkPalette());
+  const QString suffix = isDark ? QStringLiteral("-dark") : QString();
   Drawing drawing(QString::fromLocal8Bit(argv[1]));
-  drawPanels(drawing, QString());
-  drawJobLog(drawing, QString());
-  drawEditors(drawing, host, QString());
-  drawDocuments(drawing, host, QString());
-  QApplication::setPalette(darkPalette());
-  drawPanels(drawing, QStringLiteral("-dark"));
-  drawJobLog(drawing, QStringLiteral("-dark"));
-  drawEditors(drawing, host, QStringLiteral("-dark"));
-  drawDocuments(drawing, host, QStringLiteral("-dark"));
+  drawPanels(drawing, suffix);
+  drawJobLog(drawing, suffix);
+  drawEditors(drawing, host, suffix);
+  drawDocuments(drawing, host, suffix);
   return drawing.isComplete() ? 0 : 1;
 }

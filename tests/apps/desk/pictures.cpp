@@ -1,21 +1,26 @@
-// desk_pictures FOLDER: draws the pages of the window and its dialog as the manual shows them, light and dark.
+// desk_pictures FOLDER [dark]: draws the pages of the window and its dialogs as the manual shows them; with "dark", in
+// dark colours and under names that end in "-dark".
 
 #include "desk/DeskHost.h"
 #include "desk/MainWindow.h"
 #include "desk/SettingsDialog.h"
 #include "platform/browser/WebBrowser.h"
+#include "platform/qt/QtGrid.h"
 #include "support/TemporaryFolder.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
-#include <QListWidget>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStyleFactory>
 #include <QTest>
+#include <QTimer>
 
 #include <filesystem>
 #include <iostream>
+#include <string>
 
 namespace {
 
@@ -45,8 +50,8 @@ class Drawing {
     m_window.resize(kWindow);
     m_window.show();
     m_window.start();
-    std::filesystem::copy(IMEX_SOURCE_DIR "/share/samples", m_work.path());
-    std::filesystem::current_path(m_work.path()); // so that a name alone finds a file
+    std::filesystem::copy(IMEX_SOURCE_DIR "/share/samples", m_work.path() / "imports");
+    std::filesystem::current_path(m_work.path()); // so that short paths find the files
   }
 
   void drawPages() {
@@ -54,17 +59,27 @@ class Drawing {
     press(m_window, "yes");
     if (!QTest::qWaitFor([this] { return !m_settings.securedAddress().empty(); }, kGreatestWait))
       m_isComplete = false;
+    saveWhenAsked("question");
+    import(Page::import, "panelImport", "customers-agent-refused.txt");
     import(Page::import, "panelImport", "customers-agent-broken.txt");
     save(m_window, "editor");
+    pressKey(Qt::Key_Down);
+    pressKey(Qt::Key_End);
+    save(m_window, "comments");
     m_window.showPage(Page::import);
     save(m_window, "import");
+    view("panelImport", "cmdViewErrors");
+    save(m_window, "results");
     import(Page::project, "panelProject", "project-items.txt");
     save(m_window, "project");
     import(Page::quote, "panelQuote", "quote-items.txt");
     save(m_window, "quote");
     import(Page::order, "panelOrder", "order-items.txt");
     save(m_window, "order");
-    viewDocumentation();
+    import(Page::order, "panelOrder", "order-items-broken.txt");
+    pressKey(Qt::Key_End);
+    save(m_window, "order-errors");
+    view("panelOrder", "cmdViewDocumentation");
     save(m_window, "documents");
   }
 
@@ -88,14 +103,36 @@ class Drawing {
 
   void import(Page page, const char* name, const char* file) {
     m_window.showPage(page);
-    panel(name).findChild<QLineEdit*>(QStringLiteral("txtFilePath"))->setText(QLatin1String(file));
+    panel(name)
+        .findChild<QLineEdit*>(QStringLiteral("txtFilePath"))
+        ->setText(QLatin1String("imports/") + QLatin1String(file));
     press(panel(name), "cmdImportExport");
   }
 
-  /// The web engine paints a document some time after it has come.
-  void viewDocumentation() {
+  /// Saves the next message box and answers it with Escape.
+  void saveWhenAsked(const char* name) {
+    auto* timer = new QTimer(&m_window);
+    QObject::connect(timer, &QTimer::timeout, timer, [this, timer, name] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr || !box->isVisible())
+        return;
+      timer->stop();
+      save(*box, name);
+      box->reject();
+    });
+    timer->start(0);
+  }
+
+  /// In the editor's grid.
+  void pressKey(Qt::Key key) {
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(m_window.findChild<ImExFileEdit*>()->findChild<platform::QtGrid*>(), &press);
+  }
+
+  /// Shows the document that a button of a panel leads to. The web engine paints it some time after it has come.
+  void view(const char* panelName, const char* button) {
     QSignalSpy loaded(m_window.findChild<platform::WebBrowser*>(), &platform::WebBrowser::loaded);
-    press(panel("panelOrder"), "cmdViewDocumentation");
+    press(panel(panelName), button);
     if (!loaded.wait(kGreatestWait))
       m_isComplete = false;
     QTest::qWait(kDrawingTime);
@@ -123,18 +160,16 @@ int main(int argc, char** argv) {
   const imex::test::TemporaryFolder cache;
   qputenv("XDG_CACHE_HOME", QByteArray::fromStdString(cache.path().string()));
   const QApplication application(argc, argv);
-  if (argc != 2) {
-    std::cerr << "usage: desk_pictures FOLDER\n";
+  const bool isDark = argc == 3 && argv[2] == std::string("dark");
+  if (argc != 2 && !isDark) {
+    std::cerr << "usage: desk_pictures FOLDER [dark]\n";
     return 64;
   }
   QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-  bool isComplete = true;
-  for (const char* suffix : {"", "-dark"}) {
-    Drawing drawing(QString::fromLocal8Bit(argv[1]), QLatin1String(suffix));
-    drawing.drawPages();
-    drawing.drawSettings();
-    isComplete = isComplete && drawing.isComplete();
+  if (isDark)
     QApplication::setPalette(darkPalette());
-  }
-  return isComplete ? 0 : 1;
+  Drawing drawing(QString::fromLocal8Bit(argv[1]), isDark ? QStringLiteral("-dark") : QString());
+  drawing.drawPages();
+  drawing.drawSettings();
+  return drawing.isComplete() ? 0 : 1;
 }
