@@ -27,6 +27,7 @@ function(imex_shared_library component)
     if(headers)
       list(TRANSFORM headers PREPEND ${CMAKE_SOURCE_DIR}/src/${folder}/)
       install(FILES ${headers} DESTINATION ${IMEX_HEADER_DIR}/${folder} COMPONENT development)
+      set_property(GLOBAL APPEND PROPERTY IMEX_INSTALLED_HEADERS ${headers})
     endif()
   endforeach()
   target_include_directories(${name} PUBLIC

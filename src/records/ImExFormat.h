@@ -49,7 +49,7 @@ class IMEX_EXPORT ImExFormat {
 };
 
 IMEX_EXPORT bool isAscii(const ImExFormat& format);
-IMEX_EXPORT const std::string& lineOf(const ImExFormat& format);
+const std::string& lineOf(const ImExFormat& format);
 
 /// Whether there is no text in the list. A list that was never used need not be made for that.
 inline bool isEmpty(const StringsPtr& texts) {
