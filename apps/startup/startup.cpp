@@ -23,11 +23,15 @@ std::string absolutePath(const std::string& path) {
 }
 
 std::filesystem::path programFolder() {
-  return std::filesystem::read_symlink("/proc/self/exe").parent_path();
+  std::error_code unreadable; // where the system shows no processes
+  return std::filesystem::read_symlink("/proc/self/exe", unreadable).parent_path();
 }
 
 std::string installedDirectory() {
-  const std::filesystem::path directory = programFolder().parent_path() / "share" / "corvana";
+  const std::filesystem::path folder = programFolder();
+  if (folder.empty())
+    return {};
+  const std::filesystem::path directory = folder.parent_path() / "share" / "corvana";
   std::error_code unreadable;
   return std::filesystem::is_directory(directory / "docs", unreadable) ? directory.string() : std::string();
 }

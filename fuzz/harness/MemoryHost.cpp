@@ -59,7 +59,7 @@ std::unique_ptr<ByteSource> MemoryFiles::openForInput(std::string_view path) {
   return std::make_unique<test::MemorySource>(found->second);
 }
 
-std::unique_ptr<ByteSink> MemoryFiles::openForOutput(std::string_view path, host::Links /*links*/) {
+std::unique_ptr<ByteSink> MemoryFiles::openForOutput(std::string_view path, host::Owner /*owner*/) {
   test::MemorySink::Record& record = written[std::string(path)];
   record = {};
   return std::make_unique<test::MemorySink>(record);

@@ -23,7 +23,7 @@ namespace imex::fuzz {
 class MemoryFiles : public host::Files {
  public:
   std::unique_ptr<ByteSource> openForInput(std::string_view path) override;
-  std::unique_ptr<ByteSink> openForOutput(std::string_view path, host::Links links) override;
+  std::unique_ptr<ByteSink> openForOutput(std::string_view path, host::Owner owner) override;
   bool isSameFile(std::string_view a, std::string_view b) const override { return a == b; }
   void changeDirectory(std::string_view /*path*/) override {}
   void makeDirectory(std::string_view /*path*/) override {}

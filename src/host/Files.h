@@ -9,9 +9,14 @@
 
 namespace imex::host {
 
-/// What is done about a symbolic link that stands where a file is to be written. A file that the user named may be one;
-/// a file that the component names itself may not, because somebody else may have put the link there.
-enum class Links { follow, refuse };
+/// Whose a file is that is written.
+///
+/// A file of the user's may be reached by a symbolic link. It is emptied before it is written: where the machine stops,
+/// it has lost its end and is no mixture of what it was and what it was to be.
+///
+/// A file that the component names itself may not be a symbolic link, because somebody else may have put it there. It
+/// is written over in place, and cut at its new end when it is closed, which saves the disk a new file each time.
+enum class Owner { user, component };
 
 /// The file system. A path may have either separator, "\" or "/"; the implementation turns it into one of the platform
 /// and leaves case out of account where the exact name is missing. Failures are RuntimeErrors: 53 no such file, 76 a
@@ -24,12 +29,11 @@ class IMEX_EXPORT Files {
   /// Opens an existing file for reading. It is never changed by that.
   virtual std::unique_ptr<ByteSource> openForInput(std::string_view path) = 0;
 
-  /// Creates a file or takes an existing one, and opens it for writing from its first byte. Once it is closed it has
-  /// the bytes that were written and nothing else; until then, what it had before may follow them. Where links are
-  /// refused, a symbolic link in the place of the file, also one that leads nowhere, is error 75, and what it leads to
+  /// Creates a file or empties an existing one, at the latest when it is closed, and opens it for writing. In the place
+  /// of a file of the component's, a symbolic link, also one that leads nowhere, is error 75, and what it leads to
   /// stays as it is; links to the folders above are followed.
-  virtual std::unique_ptr<ByteSink> openForOutput(std::string_view path, Links links) = 0;
-  std::unique_ptr<ByteSink> openForOutput(std::string_view path) { return openForOutput(path, Links::follow); }
+  virtual std::unique_ptr<ByteSink> openForOutput(std::string_view path, Owner owner) = 0;
+  std::unique_ptr<ByteSink> openForOutput(std::string_view path) { return openForOutput(path, Owner::user); }
 
   /// Whether two paths lead to the same existing file, by way of links too. Never raises.
   virtual bool isSameFile(std::string_view a, std::string_view b) const = 0;

@@ -74,14 +74,14 @@ class IMEX_EXPORT InputFile {
   TextReader& m_reader;
 };
 
-/// A text file that is written anew, in UTF-8. Without a call of close() it is closed all the same, but an error of
+/// A text file that is written anew. Without a call of close() it is closed all the same, but an error of
 /// the last bytes is lost.
 class IMEX_EXPORT OutputFile {
  public:
   /// Creates `fileName`, or takes the one that is there to replace what is in it, under the lowest free number. Errors
   /// pass through.
   explicit OutputFile(std::string_view fileName, Encoding encoding = Encoding::utf8,
-                      host::Links links = host::Links::follow);
+                      host::Owner owner = host::Owner::user);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;

@@ -31,10 +31,10 @@ InputFile::~InputFile() {
   openFiles().close(m_number);
 }
 
-OutputFile::OutputFile(std::string_view fileName, Encoding encoding, host::Links links)
+OutputFile::OutputFile(std::string_view fileName, Encoding encoding, host::Owner owner)
     : m_number(openFiles().freeNumber()),
       m_writer(&openFiles().openForOutput(
-          m_number, [&] { return host::required(host::services().files).openForOutput(fileName, links); }, encoding)) {}
+          m_number, [&] { return host::required(host::services().files).openForOutput(fileName, owner); }, encoding)) {}
 
 OutputFile::~OutputFile() {
   try {

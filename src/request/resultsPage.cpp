@@ -35,7 +35,7 @@ bool areAscii(const Collection<ImExFormatPtr>& formats) {
 class Page {
  public:
   Page(const std::string& path, bool isAscii)
-      : m_file(path, isAscii ? Encoding::utf8 : Encoding::utf8WithMark, host::Links::refuse) {
+      : m_file(path, isAscii ? Encoding::utf8 : Encoding::utf8WithMark, host::Owner::component) {
     m_file.writeLine("<html>");
     m_file.writeLine("<head><Title> Validation Results</title></head>");
     m_file.writeLine("<h1><center>Validation Results</center></h1>");

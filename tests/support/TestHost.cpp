@@ -129,9 +129,9 @@ std::unique_ptr<ByteSource> FaultyFiles::openForInput(std::string_view path) {
   return std::make_unique<FaultySource>(*this, std::string(path), m_disk.openForInput(path));
 }
 
-std::unique_ptr<ByteSink> FaultyFiles::openForOutput(std::string_view path, host::Links links) {
+std::unique_ptr<ByteSink> FaultyFiles::openForOutput(std::string_view path, host::Owner owner) {
   before("openForOutput", path);
-  return std::make_unique<FaultySink>(*this, std::string(path), m_disk.openForOutput(path, links));
+  return std::make_unique<FaultySink>(*this, std::string(path), m_disk.openForOutput(path, owner));
 }
 
 void FaultyFiles::changeDirectory(std::string_view path) {

@@ -9,7 +9,7 @@
 namespace imex {
 
 SavedLines::SavedLines(const host::Grid& grid, int fields, std::string delimiter)
-    : m_grid(grid), m_rows(grid.size().rows), m_fields(fields), m_delimiter(std::move(delimiter)) {}
+    : m_grid(grid), m_rows(grid.size().rows), m_fields(std::max(fields, 0)), m_delimiter(std::move(delimiter)) {}
 
 /// Joins the texts of a row. False where all of them are empty.
 bool SavedLines::joinRow(int row) {

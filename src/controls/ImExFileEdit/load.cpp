@@ -126,10 +126,11 @@ void ImExFileEdit::readFile() {
 
 void ImExFileEdit::readRecord(std::string_view record, std::string_view delimiter,
                               std::vector<std::string_view>& texts) {
+  const auto columns = static_cast<std::size_t>(grid().size().columns);
   const std::size_t before = texts.size();
   FieldReader fields(record, delimiter);
   std::string_view field;
-  while (fields.next(field))
+  while (texts.size() <= columns && fields.next(field)) // one too many tells that there are more
     texts.push_back(field);
   if (texts.size() == before) // not even an empty record is without a field; the check stays as it is
     tellOfSkippedRecord();

@@ -32,20 +32,23 @@ void ImExFileEdit::cmdOK_Click() {
       tellOfNoData();
       throw LeaveEarly();
     }
-    const Encoding encoding = namingFile(m_fileName, [&] { return encodingToSave(); });
+    namingFile(m_fileName, [&] { return encodingToSave(); });
     bool isAllowed = true;
     Q_EMIT saving(isAllowed);
     if (!isAllowed)
       throw LeaveEarly();
-    namingFile(m_fileName, [&] { writeFile(encoding); });
+    namingFile(m_fileName, [&] { writeFile(encodingToSave()); }); // a host may have changed texts meanwhile
     Q_EMIT saved();
   });
 }
 
-/// A grid of one record, which is blank in every column, or of none.
+/// A grid of one record, which is blank in every column, or of none; or one without a column of the file's, whose
+/// saving would only empty the file.
 bool ImExFileEdit::hasNothingToSave() const {
   constexpr int kOneRecord = 2;
   const host::GridSize size = grid().size();
+  if (savedFields() <= 0)
+    return true;
   if (size.rows > kOneRecord)
     return false;
   bool hasText = false;

@@ -45,8 +45,8 @@ std::unique_ptr<ByteSource> DiskFiles::openForInput(std::string_view path) {
   return std::make_unique<DiskSource>(system::File::forInput(nativePath(path)));
 }
 
-std::unique_ptr<ByteSink> DiskFiles::openForOutput(std::string_view path, host::Links links) {
-  return std::make_unique<DiskSink>(system::File::forOutput(nativePath(path), links));
+std::unique_ptr<ByteSink> DiskFiles::openForOutput(std::string_view path, host::Owner owner) {
+  return std::make_unique<DiskSink>(system::File::forOutput(nativePath(path), owner));
 }
 
 bool DiskFiles::isSameFile(std::string_view a, std::string_view b) const {

@@ -13,7 +13,7 @@ class IMEX_EXPORT DiskFiles : public host::Files {
  public:
   std::unique_ptr<ByteSource> openForInput(std::string_view path) override;
   using Files::openForOutput;
-  std::unique_ptr<ByteSink> openForOutput(std::string_view path, host::Links links) override;
+  std::unique_ptr<ByteSink> openForOutput(std::string_view path, host::Owner owner) override;
   bool isSameFile(std::string_view a, std::string_view b) const override;
   void changeDirectory(std::string_view path) override;
   void makeDirectory(std::string_view path) override;

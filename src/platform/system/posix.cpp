@@ -141,14 +141,15 @@ File File::forInput(const fs::path& path) {
   return file;
 }
 
-File File::forOutput(const fs::path& path, host::Links links) {
-  File file(open(path, O_WRONLY | O_CREAT | (links == host::Links::refuse ? O_NOFOLLOW : 0)));
+File File::forOutput(const fs::path& path, host::Owner owner) {
+  const bool isOwn = owner == host::Owner::component;
+  File file(open(path, O_WRONLY | O_CREAT | (isOwn ? O_NOFOLLOW : O_TRUNC)));
   file.requireRegular(path);
-  file.m_isOutput = true;
+  file.m_isCutAtEnd = isOwn;
   return file;
 }
 
-File::File(File&& other) noexcept : m_handle(std::exchange(other.m_handle, kNone)), m_isOutput(other.m_isOutput) {}
+File::File(File&& other) noexcept : m_handle(std::exchange(other.m_handle, kNone)), m_isCutAtEnd(other.m_isCutAtEnd) {}
 
 File::~File() {
   if (m_handle == kNone)
@@ -158,10 +159,13 @@ File::~File() {
 }
 
 bool File::cutBehindEnd() const {
-  if (!m_isOutput)
+  if (!m_isCutAtEnd)
     return true;
   const off_t end = ::lseek(descriptorOf(m_handle), 0, SEEK_CUR);
-  return end >= 0 && ::ftruncate(descriptorOf(m_handle), end) == 0;
+  int result = end < 0 ? -1 : ::ftruncate(descriptorOf(m_handle), end);
+  while (result != 0 && errno == EINTR)
+    result = ::ftruncate(descriptorOf(m_handle), end);
+  return result == 0;
 }
 
 void File::requireRegular(const fs::path& path) const {

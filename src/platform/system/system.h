@@ -36,13 +36,12 @@ class File {
   /// Opens an existing file for reading. Windows: others may go on writing, renaming and removing it.
   static File forInput(const std::filesystem::path& path);
 
-  /// Creates a file or takes an existing one, to be written anew from its first byte. What was there before goes as it
-  /// is written over; what is left of it behind the last byte goes when the file is closed, in whatever way. Emptied at
-  /// once, the file would lose the memory and the disk blocks that it has, only to get others for nearly the same
-  /// bytes, and some file systems let the program wait for the disk then. A link in its place that is refused is error
-  /// 75, by the same call to the system that opens the file, so that none can come between. Windows: while the file is
-  /// open others may read it, and nobody may write it.
-  static File forOutput(const std::filesystem::path& path, host::Links links);
+  /// Creates a file or empties an existing one. A file of the component's keeps what lies behind the written bytes
+  /// until it is closed: emptied at once it would lose the memory and the disk blocks that it has, only to get others
+  /// for nearly the same bytes, and some file systems let the program wait for the disk then. A link in its place is
+  /// error 75, by the same call to the system that opens the file, so that none can come between. Windows: every file
+  /// is emptied at once; while it is open others may read it, and nobody may write it.
+  static File forOutput(const std::filesystem::path& path, host::Owner owner);
 
   File(File&& other) noexcept;
   File& operator=(File&&) = delete;
@@ -63,11 +62,12 @@ class File {
  private:
   explicit File(std::intptr_t handle) : m_handle(handle) {}
   void requireRegular(const std::filesystem::path& path) const;
-  /// Takes away what lies behind the bytes that were written. False where the system refuses.
+  /// Takes away what lies behind the bytes that were written, where that is still there. False where the system
+  /// refuses.
   bool cutBehindEnd() const;
 
   std::intptr_t m_handle; ///< -1 for none
-  bool m_isOutput = false;
+  bool m_isCutAtEnd = false;
 };
 
 /// Makes `path` the process's current directory.

@@ -155,28 +155,23 @@ File File::forInput(const fs::path& path) {
   return file;
 }
 
-File File::forOutput(const fs::path& path, host::Links links) {
+File File::forOutput(const fs::path& path, host::Owner owner) {
   // A link is opened itself then, and told from a file by its tag. Files that are kept elsewhere have tags as well.
-  const DWORD flags = links == host::Links::refuse ? FILE_FLAG_OPEN_REPARSE_POINT : 0;
+  const DWORD flags = owner == host::Owner::component ? FILE_FLAG_OPEN_REPARSE_POINT : 0;
   File file(open(path, GENERIC_WRITE | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, OPEN_ALWAYS, flags));
   file.requireRegular(path);
-  if (links == host::Links::refuse && isLink(handleOf(file.m_handle)))
+  if (owner == host::Owner::component && isLink(handleOf(file.m_handle)))
     raise(ErrorNumber::pathFileAccessError);
-  file.m_isOutput = true; // CREATE_ALWAYS would refuse a hidden file
+  if (::SetEndOfFile(handleOf(file.m_handle)) == 0) // CREATE_ALWAYS would refuse a hidden file
+    raiseLastFailure(path);
   return file;
 }
 
 File::File(File&& other) noexcept : m_handle(std::exchange(other.m_handle, kNone)), m_isOutput(other.m_isOutput) {}
 
 File::~File() {
-  if (m_handle == kNone)
-    return;
-  (void)cutBehindEnd();
-  ::CloseHandle(handleOf(m_handle));
-}
-
-bool File::cutBehindEnd() const {
-  return !m_isOutput || ::SetEndOfFile(handleOf(m_handle)) != 0;
+  if (m_handle != kNone)
+    ::CloseHandle(handleOf(m_handle));
 }
 
 void File::requireRegular(const fs::path&) const {
@@ -206,14 +201,9 @@ void File::rewind() {
 }
 
 void File::close() {
-  if (m_handle == kNone)
-    return;
-  const DWORD cutting = cutBehindEnd() ? ERROR_SUCCESS : ::GetLastError();
   const std::intptr_t handle = std::exchange(m_handle, kNone);
-  if (::CloseHandle(handleOf(handle)) == 0)
+  if (handle != kNone && ::CloseHandle(handleOf(handle)) == 0)
     raiseLastFailure();
-  if (cutting != ERROR_SUCCESS)
-    raiseError(cutting, {});
 }
 
 void changeDirectory(const fs::path& path) {

@@ -167,6 +167,17 @@ TEST_F(ImExFileEditSave, messagesCountAsText) {
   EXPECT_EQ("", fileBytes());
 }
 
+TEST_F(ImExFileEditSave, gridWithoutAColumnOfTheFileIsRefused) {
+  for (const int columns : {0, 1}) {
+    const std::string path = host.folder.write("import.txt", "Ann|Ulm\r\nBob|Bonn\r\n");
+    editor.loadGridWithErrors(toQt(path), records({{"Ann"}, {"Bob"}}), messages({}), 2, columns,
+                              std::make_shared<Strings>(), 124);
+    host.trace->lines.clear();
+    EXPECT_EQ((Texts{"> editor cmdOK_Click()", "* box [64] Corvana: " + kNoData}), saveTraces()) << columns;
+    EXPECT_EQ("Ann|Ulm\r\nBob|Bonn\r\n", fileBytes()) << columns;
+  }
+}
+
 // --- Encoding -------------------------------------------------------------------------------------------------------
 
 TEST_F(ImExFileEditSave, characterThatTheEncodingLacksIsRefusedBeforeTheFileIsTouched) {

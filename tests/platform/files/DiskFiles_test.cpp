@@ -124,28 +124,34 @@ TEST_F(DiskFiles, anExistingFile_hasNothingOfWhatItHadOnceItIsClosed) {
 
 TEST_F(DiskFiles, aLongerFile_isCutBehindWhatIsWritten) {
   const std::string before(200'000, 'x');
-  for (const std::size_t size : {0UL, 1UL, 4096UL, 100'000UL, 199'999UL, 200'000UL, 200'001UL}) {
-    const std::string text(size, 'y');
-    const std::string path = folder.write("a.txt", before);
-    const std::unique_ptr<ByteSink> sink = files.openForOutput(path);
-    sink->write(text);
-    sink->close();
-    ASSERT_TRUE(folder.read("a.txt") == text) << size;
+  for (const host::Owner owner : {host::Owner::user, host::Owner::component}) {
+    for (const std::size_t size : {0UL, 1UL, 4096UL, 100'000UL, 199'999UL, 200'000UL, 200'001UL}) {
+      const std::string text(size, 'y');
+      const std::unique_ptr<ByteSink> sink = files.openForOutput(folder.write("a.txt", before), owner);
+      sink->write(text);
+      sink->close();
+      ASSERT_TRUE(folder.read("a.txt") == text) << size;
+    }
   }
 }
 
 TEST_F(DiskFiles, aLongerFile_isCutToo_whereItsSinkJustGoes) {
   const std::string path = folder.write("a.txt", "a longer text");
-  files.openForOutput(path)->write("short");
+  files.openForOutput(path, host::Owner::component)->write("short");
   EXPECT_EQ(folder.read("a.txt"), "short");
-  files.openForOutput(path);
+  files.openForOutput(path, host::Owner::component);
+  EXPECT_EQ(folder.read("a.txt"), "");
+}
+
+TEST_F(DiskFiles, aFileOfTheUsers_isEmptiedBeforeItIsWritten) {
+  const std::unique_ptr<ByteSink> sink = files.openForOutput(folder.write("a.txt", "a longer text"), host::Owner::user);
   EXPECT_EQ(folder.read("a.txt"), "");
 }
 
 TEST_F(DiskFiles, aFileThatIsNoLink_isWrittenWhereLinksAreRefused) {
   folder.write("Old.txt", "a long text that was here");
   for (const std::string_view name : {"OLD.TXT", "new.txt"})
-    files.openForOutput(backslashed(name), host::Links::refuse)->write("new");
+    files.openForOutput(backslashed(name), host::Owner::component)->write("new");
   EXPECT_EQ(folder.read("Old.txt"), "new");
   EXPECT_EQ(folder.read("new.txt"), "new");
 }

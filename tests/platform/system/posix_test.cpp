@@ -169,9 +169,9 @@ TEST_F(PosixFiles, aLinkToNothing_isError53) {
 TEST_F(PosixFiles, aLink_isWrittenThroughUnlessLinksAreRefused) {
   folder.write("a.txt", "text");
   fs::create_symlink(folder / "a.txt", folder / "link.txt");
-  EXPECT_EQ(raisedNumber([&] { files.openForOutput(folder / "link.txt", host::Links::refuse); }), 75);
+  EXPECT_EQ(raisedNumber([&] { files.openForOutput(folder / "link.txt", host::Owner::component); }), 75);
   EXPECT_EQ(folder.read("a.txt"), "text");
-  files.openForOutput(folder / "link.txt", host::Links::follow)->write("new");
+  files.openForOutput(folder / "link.txt", host::Owner::user)->write("new");
   EXPECT_EQ(folder.read("a.txt"), "new");
   EXPECT_TRUE(fs::is_symlink(folder / "link.txt"));
 }
@@ -180,7 +180,7 @@ TEST_F(PosixFiles, whereLinksAreRefused_noneToNothingAndNoneInACircleIsFollowed)
   fs::create_symlink(folder / "nowhere", folder / "dangling.txt");
   fs::create_symlink(folder / "circle.txt", folder / "circle.txt");
   for (const std::string_view name : {"dangling.txt", "circle.txt"})
-    EXPECT_EQ(raisedNumber([&] { files.openForOutput(folder / name, host::Links::refuse); }), 75) << name;
+    EXPECT_EQ(raisedNumber([&] { files.openForOutput(folder / name, host::Owner::component); }), 75) << name;
   EXPECT_EQ(errorOfOutput(folder / "circle.txt"), 75);
   EXPECT_FALSE(fs::exists(folder / "nowhere"));
 }
@@ -240,6 +240,20 @@ TEST_F(PosixFiles, whereThereIsNoRoom_writingIsError61) {
   const FileSizeLimit limit(1000);
   sink->write(std::string(1000, 'x'));
   EXPECT_EQ(raisedNumber([&] { sink->write("x"); }), 61);
+}
+
+TEST_F(PosixFiles, aFileWhoseWritingFailed_hasWhatWasWrittenAndNothingElse) {
+  const std::string path = folder.write("old.txt", std::string(3000, 'o'));
+  for (const host::Owner owner : {host::Owner::user, host::Owner::component}) {
+    std::unique_ptr<ByteSink> sink = files.openForOutput(path, owner);
+    {
+      const FileSizeLimit limit(1000);
+      EXPECT_EQ(raisedNumber([&] { sink->write(std::string(2000, 'n')); }), 61);
+    }
+    sink.reset();
+    EXPECT_EQ(folder.read("old.txt"), std::string(1000, 'n'));
+    folder.write("old.txt", std::string(3000, 'o'));
+  }
 }
 
 TEST_F(PosixFiles, aDirectoryWithoutAccess_isError70) {
