@@ -20,6 +20,7 @@ class SavedLines {
   bool next(std::string_view& line);
 
  private:
+  char* appendDelimiter(char* end) const;
   bool joinRow(int row);
 
   const host::Grid& m_grid;
