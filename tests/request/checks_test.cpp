@@ -119,6 +119,13 @@ TEST_F(ImExRequestChecks, anErrorOfTheTraceLog_isAnErrorOfTheCheck) {
       {"Unable to validate the format of the file being imported.", 48, "Error Number: 1009 - The trace is full"}};
 }
 
+TEST_F(ImExRequestChecks, anErrorPast16Bits_leavesTheValidatorsAsAnOverflow) {
+  host.trace->onTrace = [] { throw RuntimeError(70000, "TraceLog", "The trace is full"); };
+
+  EXPECT_EQ(raisedNumber([&] { request.validateAgentCustomer(nullptr); }), 6);
+  EXPECT_EQ(raisedNumber([&] { request.validateAgentProduct(nullptr); }), 6);
+}
+
 TEST_F(ImExRequestChecks, aFindingMadeBeforeAnError_isReturned) {
   host.trace->onTrace = [this] {
     // The entry of the check, the entry and the exit of the splitting; its own exit is the fourth.

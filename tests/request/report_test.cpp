@@ -350,6 +350,14 @@ TEST_F(ImExRequestReport, aTextListPageThatCannotBeWritten_isReportedAndNotOpene
   EXPECT_EQ(host.launcher.shown, (Texts{}));
 }
 
+TEST_F(ImExRequestReport, anErrorPast16Bits_reachesTheCallerAsAnOverflow) {
+  failAtPage("openForOutput", RuntimeError(70000, "Disk", "odd"));
+
+  EXPECT_EQ(raisedNumber([&] { listing.writeErrorListReport({"a text"}); }), 6);
+
+  EXPECT_EQ(events, (Texts{}));
+}
+
 TEST_F(ImExRequestReport, aLauncherThatFails_isRecordedAndNotReported) {
   host.launcher.error = RuntimeError(1234, "Launcher", "no browser");
 

@@ -381,6 +381,20 @@ TEST_F(ImExRequestSend, theAnswerToBallasts_isNotRead) {
   EXPECT_FALSE(isPageWritten());
 }
 
+TEST_F(ImExRequestSend, anErrorPast16BitsWhileReading_reachesTheCallerAsAnOverflow) {
+  configure("INVOICE", "AGENT");
+  importFile("a|b|c|d\r\n");
+  host.files.before = [reads = 0](std::string_view call, std::string_view) mutable {
+    if (call == "read" && ++reads > 1)
+      throw RuntimeError(70000, "Disk", "odd");
+  };
+
+  EXPECT_EQ(raisedNumber([&] { request.send(); }), 6);
+
+  EXPECT_TRUE(host.serviceCall.calls.empty());
+  EXPECT_EQ(events, (Texts{}));
+}
+
 TEST_F(ImExRequestSend, anAnswerWithoutAResult_isError91) {
   configure("INVOICE", "AGENT");
   host.serviceCall.result = nullptr;

@@ -203,6 +203,12 @@ TEST_F(ImExRequestSettings, FormatFileName_asksForTheDirectoryAtEveryRead) {
   EXPECT_EQ(request.FormatFileName(), "c:\\two\\docs\\FORMATAGENTINVOICE.dat");
 }
 
+TEST_F(ImExRequestSettings, FormatFileName_letsAnErrorPast16BitsOutAsAnOverflow) {
+  host.trace->onTrace = [] { throw RuntimeError(70000, "TraceLog", "The trace is full"); };
+
+  EXPECT_EQ(raisedNumber([&] { request.FormatFileName(); }), 6);
+}
+
 TEST_F(ImExRequestSettings, FormatFileNameWithoutAnApplicationObject_isRecordedAndEmpty) {
   configure("INVOICE", "AGENT");
   host.services.application = nullptr;

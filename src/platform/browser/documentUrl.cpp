@@ -67,7 +67,7 @@ QUrl webUrl(const QString& text, std::string_view address) {
 QUrl blankUrl(const QString& text, std::string_view address) {
   if (text.compare(QLatin1String("about:blank"), Qt::CaseInsensitive) != 0)
     refuse(ErrorNumber::invalidProcedureCall, address);
-  return {QStringLiteral("about:blank")};
+  return QUrl(QStringLiteral("about:blank"));
 }
 
 } // namespace
