@@ -16,6 +16,8 @@ function(imex_qt_test name)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_compile_definitions(${name} PRIVATE IMEX_SOURCE_DIR="${CMAKE_SOURCE_DIR}" QT_NO_KEYWORDS)
   target_link_libraries(${name} PRIVATE imex_options ${ARG_LINKS} imex_test_ui Qt6::Test GTest::gmock GTest::gtest)
+  imex_precompile(${name} "${ARG_SOURCES}"
+    <gtest/gtest.h> <functional> <memory> <string> <string_view> <vector> <QApplication> <QTest> <QWidget>)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
   if(ARG_ENVIRONMENT)

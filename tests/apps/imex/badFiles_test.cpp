@@ -46,10 +46,14 @@ class BadFile : public RoadTest {
     std::filesystem::create_directories(folder / "app");
     std::filesystem::copy(IMEX_SOURCE_DIR "/share/docs", folder / "app/docs", std::filesystem::copy_options::recursive);
     std::filesystem::copy(IMEX_PROGRAM, folder / "imex");
+    // A program that counts what runs writes its counters there; the folders of the build are not that user's.
+    std::filesystem::create_directories(folder / "counters");
+    std::filesystem::permissions(folder / "counters", std::filesystem::perms(0777));
     std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
     return run("/usr/bin/setpriv",
                {"--reuid=65534", "--regid=65534", "--clear-groups", folder / "imex", "--app-dir", folder / "app",
-                "--secured", secured, "import", file, "--type", "CUSTOMER", "--origin", "AGENT", "--road", GetParam()});
+                "--secured", secured, "import", file, "--type", "CUSTOMER", "--origin", "AGENT", "--road", GetParam()},
+               {"GCOV_PREFIX=" + (folder / "counters")});
   }
 
   bool isAnythingSent() const { return !m_server.requests().empty(); }
