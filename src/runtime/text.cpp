@@ -62,16 +62,25 @@ constexpr char upperCaseOfAscii(char c) {
 }
 
 void appendUpperCaseOfAscii(std::string& result, std::string_view ascii) {
-  std::size_t at = result.size();
+  constexpr std::size_t kStep = sizeof(ByteVector);
+  const std::size_t begin = result.size();
   result += ascii;
-  for (; at + sizeof(ByteVector) <= result.size(); at += sizeof(ByteVector)) {
-    const ByteVector bytes = bytesAt(result.data() + at);
+  const auto raise = [](char* place) {
+    const ByteVector bytes = bytesAt(place);
     // All bits are set where it is a small letter.
     const ByteVector capital = bytes - (ByteVector((bytes >= 'a') & (bytes <= 'z')) & ('a' - 'A'));
-    std::memcpy(result.data() + at, &capital, sizeof capital);
+    std::memcpy(place, &capital, sizeof capital);
+  };
+  char* at = result.data() + begin;
+  char* const end = result.data() + result.size();
+  if (ascii.size() >= kStep) {
+    for (; at + kStep <= end; at += kStep)
+      raise(at);
+    raise(end - kStep); // the last ones, some of them once more
+    return;
   }
-  for (; at < result.size(); ++at)
-    result[at] = upperCaseOfAscii(result[at]);
+  for (; at != end; ++at)
+    *at = upperCaseOfAscii(*at);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/soap/PugiSoapEnvelope.h"
 #include "platform/soap/errors.h"
 #include "platform/soap/xmlText.h"
+#include "platform/system/system.h"
 #include "runtime/encoding.h"
 #include "runtime/text.h"
 
@@ -272,6 +273,7 @@ void Exchange::reserveBody() {
   if (!m_body.empty() || curl_easy_getinfo(m_handle.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &size) != CURLE_OK)
     return;
   m_body.reserve(std::min(static_cast<std::size_t>(std::max<curl_off_t>(size, 0)), kReservedAnswer));
+  system::expectFilling(m_body.data(), m_body.capacity());
 }
 
 std::size_t Exchange::onBody(char* data, std::size_t, std::size_t size, void* self) noexcept {

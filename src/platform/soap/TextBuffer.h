@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/system/system.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -46,6 +48,7 @@ class TextBuffer {
     static_cast<void>(m_bytes.release());
     m_bytes.reset(static_cast<char*>(bytes));
     m_capacity = capacity;
+    system::expectFilling(bytes, capacity);
   }
 
   std::unique_ptr<char, Free> m_bytes;

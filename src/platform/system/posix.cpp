@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
@@ -14,6 +15,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <pwd.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -222,6 +224,22 @@ void makeDirectories(const fs::path& path) {
   fs::create_directories(path, error);
   if (error)
     raiseErrno(error.value(), path);
+}
+
+void expectFilling(void* bytes, std::size_t size) noexcept {
+#ifdef MADV_HUGEPAGE
+  constexpr std::size_t kLeast = std::size_t{4} * 1024 * 1024; // below, there is hardly a large page in it
+  if (size < kLeast)
+    return;
+  const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+  const auto begin = (reinterpret_cast<std::uintptr_t>(bytes) + page - 1) / page * page;
+  const auto end = (reinterpret_cast<std::uintptr_t>(bytes) + size) / page * page;
+  static_cast<void>(
+      ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE)); // advice, which may be ignored
+#else
+  static_cast<void>(bytes);
+  static_cast<void>(size);
+#endif
 }
 
 std::string workingDirectory() {

@@ -76,6 +76,11 @@ void changeDirectory(const std::filesystem::path& path);
 /// Creates a directory that does not exist, with those above it that are missing.
 void makeDirectories(const std::filesystem::path& path);
 
+/// Asks for large pages behind memory that is about to be filled, and does nothing where they make no difference: a
+/// text of many megabytes is then filled with a few steps of the system in place of thousands. `bytes` belong to the
+/// caller. Never raises.
+IMEX_EXPORT void expectFilling(void* bytes, std::size_t size) noexcept;
+
 /// Where temporary files are kept, with a separator at its end: "c:\temp\" on Windows, elsewhere the folder
 /// "corvana/temp" in the user's cache directory.
 std::string workingDirectory();
