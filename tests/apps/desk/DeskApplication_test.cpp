@@ -73,7 +73,7 @@ TEST_F(DeskApplicationTest, errorOfATimerIsCaughtToo) {
 } // namespace imex::desk::test
 
 /// The toolkit is not made for errors that pass through it, and loses its own temporaries when one does.
-extern "C" const char* __lsan_default_suppressions() { // NOLINT: the sanitizer gives it this name
+extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions() { // NOLINT: its name
   return "leak:libQt6";
 }
 
