@@ -34,7 +34,8 @@ function(imex_shared_library component)
     $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/src> $<INSTALL_INTERFACE:${IMEX_HEADER_DIR}>)
   target_compile_features(${name} PUBLIC cxx_std_20)
   target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE imex_options ${ARG_PRIVATE_LINKS})
-  target_link_options(${name} PRIVATE LINKER:--version-script=${exports})
+  # Of what Qt's packages name besides Qt itself, only what is used.
+  target_link_options(${name} PRIVATE LINKER:--version-script=${exports} LINKER:--as-needed)
   if(NOT IMEX_SANITIZE)
     # What a library needs, it links. The sanitizers leave some of theirs to the program.
     target_link_options(${name} PRIVATE LINKER:-z,defs)
