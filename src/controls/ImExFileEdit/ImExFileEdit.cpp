@@ -19,8 +19,7 @@ constexpr QSize kLeastSize{240, 160}; // both buttons, the edit line and a few r
 
 // --- Construction ---------------------------------------------------------------------------------------------------
 
-ImExFileEdit::ImExFileEdit(QWidget* parent)
-    : QWidget(parent), m_ui(std::make_unique<Ui::ImExFileEdit>()), m_cellLabel(nullptr) {
+ImExFileEdit::ImExFileEdit(QWidget* parent) : QWidget(parent), m_ui(std::make_unique<Ui::ImExFileEdit>()) {
   m_ui->setupUi(this);
   addCellLabel();
   connectGrid();

@@ -10,8 +10,8 @@ namespace imex::platform {
 
 namespace {
 
-constexpr std::size_t kFirstBlock = 4 * 1024;
-constexpr std::size_t kLargestBlock = 256 * 1024;
+constexpr std::size_t kFirstBlock = std::size_t{4} * 1024;
+constexpr std::size_t kLargestBlock = std::size_t{256} * 1024;
 constexpr std::size_t kSlack = 2 * kLargestBlock; // what is not worth taking back
 
 void requireRowSize(std::size_t size) {

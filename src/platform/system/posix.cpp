@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
@@ -231,11 +230,9 @@ void expectFilling(void* bytes, std::size_t size) noexcept {
   constexpr std::size_t kLeast = std::size_t{4} * 1024 * 1024; // below, there is hardly a large page in it
   if (size < kLeast)
     return;
-  const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-  const auto begin = (reinterpret_cast<std::uintptr_t>(bytes) + page - 1) / page * page;
-  const auto end = (reinterpret_cast<std::uintptr_t>(bytes) + size) / page * page;
-  static_cast<void>(
-      ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE)); // advice, which may be ignored
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  if (std::align(page, page, bytes, size) != nullptr) // the first whole page, and what is left from there
+    static_cast<void>(::madvise(bytes, size / page * page, MADV_HUGEPAGE)); // advice, which may be ignored
 #else
   static_cast<void>(bytes);
   static_cast<void>(size);
