@@ -36,6 +36,7 @@ std::string ImExFormat::Line() const {
 
 void ImExFormat::Line(std::string value) {
   writeTraced(kSource, "Line", m_line, std::move(value));
+  m_isLineAscii = isAscii(m_line);
 }
 
 StringsPtr ImExFormat::errors() {
@@ -58,7 +59,7 @@ bool isAscii(const ImExFormat& format) {
   const auto areAscii = [](const StringsPtr& texts) {
     return !texts || std::all_of(texts->begin(), texts->end(), [](const std::string& text) { return isAscii(text); });
   };
-  return isAscii(format.m_line) && areAscii(format.cErrors) && areAscii(format.cWarnings);
+  return format.m_isLineAscii && areAscii(format.cErrors) && areAscii(format.cWarnings);
 }
 
 Boolean ImExFormat::ActionSuccessful() const {

@@ -45,6 +45,7 @@ class IMEX_EXPORT ImExFormat {
  private:
   Integer m_lineNumber;
   std::string m_line;
+  bool m_isLineAscii = true; ///< found out when the line is set, and its bytes have just been touched
   Boolean m_actionSuccessful;
 };
 
