@@ -167,7 +167,7 @@ File File::forOutput(const fs::path& path, host::Owner owner) {
   return file;
 }
 
-File::File(File&& other) noexcept : m_handle(std::exchange(other.m_handle, kNone)), m_isOutput(other.m_isOutput) {}
+File::File(File&& other) noexcept : m_handle(std::exchange(other.m_handle, kNone)) {}
 
 File::~File() {
   if (m_handle != kNone)
