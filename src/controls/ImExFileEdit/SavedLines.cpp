@@ -20,8 +20,10 @@ char* append(char* end, std::string_view text) {
 /// Appends a text of a row of texts. Most are short: for those a piece of one size is copied, where the row has so many
 /// bytes, and what is too much of it is written over by what follows.
 char* appendOfRow(char* end, std::string_view text, std::string_view row) {
+  if (text.empty()) // and then no part of the row
+    return end;
   const auto left = static_cast<std::size_t>(row.data() + row.size() - text.data());
-  if (text.empty() || text.size() > kPiece || left < kPiece)
+  if (text.size() > kPiece || left < kPiece)
     return append(end, text);
   std::memcpy(end, text.data(), kPiece);
   return end + text.size();
