@@ -1,4 +1,4 @@
-#include "controls/ImExFileEdit/FieldReader.h"
+#include "controls/ImExFileEdit/RecordRows.h"
 #include "controls/ImExFileEdit/SavedLines.h"
 #include "controls/ImExFileEdit/savedEncoding.h"
 #include "harness/TextGrid.h"
@@ -7,6 +7,7 @@
 #include "runtime/text.h"
 #include "support/memoryFiles.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,24 +35,26 @@ File read(const std::string& bytes) {
   return file;
 }
 
+/// How often a delimiter of one byte stands in the text.
+std::size_t countOf(std::string_view text, std::string_view delimiter) {
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), delimiter.front()));
+}
+
 /// Loads a file into a grid of so many fields and saves it. `isRegular` tells whether every record had them, and a text
 /// in one.
 std::string savedAgain(const std::string& bytes, int fields, const std::string& delimiter, bool& isRegular) {
   const File file = read(bytes);
+  const auto columns = static_cast<std::size_t>(fields);
   fuzz::TextGrid grid(static_cast<int>(file.records.size()) + 1, fields + 1);
-  int row = 0;
+  RecordRows rows(grid, delimiter);
   for (const std::string& record : file.records) {
-    FieldReader reader(record, delimiter);
-    std::string_view field;
-    int column = 0;
-    bool hasText = false;
-    for (++row; reader.next(field);) {
-      hasText = hasText || !field.empty();
-      if (++column <= fields)
-        grid.setText({row, column}, field);
-    }
-    isRegular = isRegular && column == fields && hasText;
+    const std::size_t delimiters = countOf(record, delimiter);
+    const auto expected = delimiters < columns ? RecordRows::Fit::whole : RecordRows::Fit::cut;
+    fuzz::require(rows.show(record) == expected, "a record of more fields than columns is cut");
+    isRegular = isRegular && delimiters + 1 == columns && record.size() > delimiters;
   }
+  for (int row = 1; row < grid.size().rows; ++row)
+    fuzz::require(grid.text({row, 0}) == std::to_string(row), "a row has its number");
   test::MemorySink::Record saved;
   SavedLines lines(grid, fields, delimiter);
   TextWriter writer(std::make_unique<test::MemorySink>(saved), savedEncoding(lines, file.encoding));

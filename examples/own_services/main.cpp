@@ -38,6 +38,7 @@ class ErrorsToTerminal : public host::TraceLog {
     std::cerr << source << '.' << procedure << ": error " << error.number() << ", " << error.description() << '\n';
   }
   void Trace(std::string_view, std::string_view, std::string_view, std::int32_t) override {}
+  bool takesTraces() const override { return false; }
   void LogResumedError(std::string_view source, std::string_view procedure, const RuntimeError& error,
                        std::int32_t line) override {
     LogError(source, procedure, error, line);

@@ -72,7 +72,8 @@ Integer readColumns(State& state, const FormatFile& format, const std::string& p
 }
 
 void loadFormat(State& state, const FormatFile& format, std::string& path) {
-  path = host::required(host::services().application).path() + std::string(format.path);
+  path = format.path; // names the file where its folder cannot be asked for
+  path.insert(0, host::required(host::services().application).path());
   const Integer count = readColumns(state, format, path);
   state.formatCatalogue.add(state.columnLists[std::string(format.key)], format.key);
   state.columnLists.erase(std::string(format.key)); // the catalogue alone owns the list from here on
@@ -106,13 +107,17 @@ State& state() {
 
 void initialize() {
   std::string path; // of the format file being read
-  traced(
-      {kSource, "initialize"},
+  const Procedure procedure{kSource, "initialize"};
+  guarded(
+      procedure,
       [&] {
-        if (state().catalogueLoaded)
-          return;
         try {
-          loadCatalogue(state(), path);
+          betweenTraces(
+              procedure, [] { return "initialize()"; },
+              [&] {
+                if (!state().catalogueLoaded)
+                  loadCatalogue(state(), path);
+              });
         } catch (...) {
           openFiles().closeAll();
           throw;

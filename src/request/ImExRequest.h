@@ -88,9 +88,8 @@ class IMEX_EXPORT ImExRequest {
   /// no more characters than its format has columns is skipped and not counted. DataType and DataOrigin choose the
   /// format, which these calls do not check against what they read.
   ///
-  /// - Fields that fail their checks: showErrors, and an empty list. The file is read to its end first, and a line has
-  /// a
-  ///   message for each such field. The added column, "Errors", stays in the catalogue's list of the format.
+  /// - Fields that fail their checks: showErrors, and an empty list. The file is read to its end first, and a line
+  ///   has a message for each such field. The added column, "Errors", stays in the catalogue's list of the format.
   /// - More than 500 lines counted: a box with their number, and null.
   /// - A file that cannot be opened, or a line whose number of fields is not that of the format: a box, and null. The
   ///   messages of earlier lines are lost.
@@ -104,8 +103,9 @@ class IMEX_EXPORT ImExRequest {
   OrderLineItemsPtr serializeOrderLineItemFile();
 
   /// Checks one line and returns what is wrong with it, a list that is empty when the line passes: first the number of
-  /// fields, then the required fields of the agent's customer and product layouts. Never raises: an error is recorded
-  /// and shown in a box, and what was found so far is returned.
+  /// fields, then the required fields of the agent's customer and product layouts. An error is recorded and shown in a
+  /// box, and what was found so far is returned; only one whose number has more than 16 bits reaches the caller, as
+  /// error 6.
   StringsPtr simpleClientValidation(std::string_view line, Integer delimiterAscii, Integer expectedFields);
 
   /// Checks the fields of a row of the agent's product or customer layout; returns at most one message. Short rows are
@@ -188,8 +188,8 @@ class IMEX_EXPORT ImExRequest {
 
  protected:
   /// Writes a page of plain texts under the name of the results page and, where there is at least one, opens it in the
-  /// browser. No flow of the component uses it; it is kept for a host that derives from the request. Never raises; a
-  /// failure is SerializationFailed.
+  /// browser. No flow of the component uses it; it is kept for a host that derives from the request. A failure is
+  /// SerializationFailed; only an error whose number has more than 16 bits reaches the caller, as error 6.
   void writeErrorListReport(const Strings& texts);
 
  private:
@@ -211,6 +211,7 @@ class IMEX_EXPORT ImExRequest {
   FileReading readFile(std::string_view procedure, const AddLine& addLine);
   void readLines(FileReading& reading, const AddLine& addLine);
   bool isGood(std::string_view line, Strings& errors);
+  bool mayPassUnchecked() const;
   void askToCorrect(const Strings& errors);
   void raiseEditImportFile();
 

@@ -17,20 +17,6 @@ namespace {
 constexpr std::string_view kSource = "ImExRequest";
 constexpr std::size_t kGreatestErrorCount = 10;
 
-/// What passes a line without a further look. The check itself is traced for each line, so that a trace log that takes
-/// traces gets all of them; and the central server judges a field by what is in it.
-class Passing {
- public:
-  Passing(Integer delimiterAscii, Integer fields, std::uint64_t required, bool isAllowed)
-      : m_check(delimiterAscii, fields, required), m_isAllowed(isAllowed && !isTracing()) {}
-
-  bool passes(std::string_view line) const { return m_isAllowed && m_check.passes(line); }
-
- private:
-  LineCheck m_check;
-  bool m_isAllowed;
-};
-
 } // namespace
 
 ImExRequest::FileReading ImExRequest::readImportFile(const AddLine& addLine) {
@@ -59,23 +45,32 @@ void ImExRequest::readLines(FileReading& reading, const AddLine& addLine) {
     host::required(host::services().messageBox).show(kCannotOpenFile, host::kInformationStyle, kMaintenanceTitle);
     throw LeaveEarly();
   }
-  const Passing quickly(DelimiterAscii(), tabCount(), requiredFields(m_dataType, m_dataOrigin), !isCentralizedAgent);
+  const LineCheck quickly(m_delimiterAscii, m_tabCount, requiredFields(m_dataType, m_dataOrigin));
+  const bool isQuick = mayPassUnchecked();
   ImExModule::InputFile file(CheckedFileName());
   std::string_view line;
   while (file.readLine(line)) {
     if (line.empty())
       continue;
     ++m_rowCount;
-    if (!quickly.passes(line) && !isGood(line, *reading.errors))
+    if (!(isQuick && quickly.passes(line)) && !isGood(line, *reading.errors))
       break;
     addLine(line);
   }
   reading.isComplete = m_fileIsClean;
 }
 
+/// Whether a line that LineCheck passes needs no further look. The check itself is traced for each line, so that a
+/// trace log that takes traces gets all of them; it records an error for each line of a format that the catalogue
+/// lacks; and on the central server it judges a field by what is in it.
+bool ImExRequest::mayPassUnchecked() const {
+  return !isTracing() && ImExModule::isFormatCounted(m_dataType + m_dataOrigin) && !isCentralizedAgent;
+}
+
 /// Checks one line and keeps the first of what is wrong with it. False where the reading ends with it.
 bool ImExRequest::isGood(std::string_view line, Strings& errors) {
-  const StringsPtr findings = simpleClientValidation(line, DelimiterAscii(), tabCount());
+  const Integer delimiter = DelimiterAscii();
+  const StringsPtr findings = simpleClientValidation(line, delimiter, tabCount());
   if (!findings->isEmpty()) {
     errors.add(findings->item(1));
     m_fileIsClean = false;

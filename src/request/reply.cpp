@@ -65,7 +65,8 @@ void ImExRequest::addRows(const ImExFormat& format, const std::string& failures,
                   : "Import failed for this line due to errors and/or warnings on line(s): " + failures);
   addTexts(*errors, number, "Error : ", format.cErrors);
   addTexts(*errors, number, "Warning : ", format.cWarnings);
-  lines->add(ImExModule::Parse(format.Line(), DelimiterAscii()));
+  const std::string line = format.Line();
+  lines->add(ImExModule::Parse(line, DelimiterAscii()));
 }
 
 /// Whether somebody takes the rows, or the trace of their making.

@@ -75,6 +75,8 @@ bool TextReader::fill() {
   m_end += count;
   m_read += count;
   judge({place, count});
+  if (count == 0 && !m_encoding)
+    m_encoding = Encoding::utf8; // all of it was ASCII
   return count > 0;
 }
 

@@ -2,8 +2,6 @@
 
 #include "controls/ImExDocView/layout.h"
 #include "controls/common/ownEvent.h"
-#include "host/Services.h"
-#include "host/TraceLog.h"
 #include "ui_ImExDocView.h"
 
 #include <QShortcut>
@@ -72,22 +70,14 @@ void ImExDocView::showDoc(QString& path) {
       *this, labels("showDoc"), [&] { browser().navigate(toCore(path)); }, Reraise{});
 }
 
-/// Goes on after an error, that of a trace line too. The layout is one statement, so that a size that fails moves
-/// nothing.
+/// The layout is one statement, so that a size that fails moves nothing.
 void ImExDocView::UserControl_Resize() {
-  constexpr std::string_view procedure = "UserControl_Resize()";
-  const auto trace = [&](std::string_view message) {
-    if (host::TraceLog* log = host::traceLog())
-      log->Trace(toCore(objectName()), procedure, message, 0);
-  };
-  resumeNext(*this, procedure, [&] { trace("Entering Method..."); });
-  resumeNext(*this, procedure, [&] {
+  tracedResize(*this, [&] {
     const ViewerLayout layout = viewerLayout(size(), m_ui->cmdOK->size());
     m_ui->WebBrowser1->setGeometry(layout.browser);
     m_ui->cmdOK->setGeometry(layout.ok);
     m_ui->cmdPrint->setGeometry(layout.print);
   });
-  resumeNext(*this, procedure, [&] { trace("Exiting Method..."); });
 }
 
 void ImExDocView::cmdPrint_Click() {

@@ -25,8 +25,8 @@ class ImExDocView;
 /// platform/browser/WebBrowser.h.
 ///
 /// Errors. showDoc() records its error and raises it again; a button records its error and shows a box; a size in which
-/// the browser does not fit is recorded, and everything keeps its place. Error records carry the name of all controls,
-/// that of a size the viewer's own objectName(), as all trace lines do.
+/// the browser does not fit is recorded, and everything keeps its place. Error records carry "ImExActionCtrl", the name
+/// that all controls share; that of a size carries the viewer's own objectName(), as all trace lines do.
 ///
 /// Keys. Tab goes from the document to Print and OK. Ctrl+P presses Print, Ctrl+F finds a text in the document, and Esc
 /// closes the find bar or, where that is closed, presses OK. Child widgets: "WebBrowser1", "cmdPrint", "cmdOK".

@@ -109,25 +109,17 @@ void ImExFileEdit::resizeEvent(QResizeEvent* /*event*/) {
 }
 
 void ImExFileEdit::UserControl_Resize() {
-  const auto statement = [&](auto&& run) { resumeNext(*this, "UserControl_Resize()", run); };
   const auto setWidth = [](QWidget& part, int width) { part.resize(requiredMeasure(width), part.height()); };
   const auto setHeight = [](QWidget& part, int height) { part.resize(part.width(), requiredMeasure(height)); };
   QWidget& save = *m_ui->cmdOK;
   QWidget& giveUp = *m_ui->cmdCancel;
   QWidget& rows = *m_ui->MSFlexGrid1;
-  tracedIn(
-      *this, labels("UserControl_Resize"),
-      [&] {
-        statement([&] { setWidth(*m_ui->txtChangeField, partWidth(width())); });
-        statement([&] { rows.move(kGridLeft, rows.y()); });
-        statement([&] { setWidth(rows, partWidth(width())); });
-        statement([&] { setHeight(rows, gridHeight(height())); });
-        statement([&] { save.move(save.x(), buttonTop(height(), save.height())); });
-        statement([&] { save.move(saveLeft(width(), save.width()), save.y()); });
-        statement([&] { giveUp.move(giveUp.x(), save.y()); });
-        statement([&] { giveUp.move(cancelLeft(width()), giveUp.y()); });
-      },
-      Ignore{});
+  tracedResize(
+      *this, [&] { setWidth(*m_ui->txtChangeField, partWidth(width())); }, [&] { rows.move(kGridLeft, rows.y()); },
+      [&] { setWidth(rows, partWidth(width())); }, [&] { setHeight(rows, gridHeight(height())); },
+      [&] { save.move(save.x(), buttonTop(height(), save.height())); },
+      [&] { save.move(saveLeft(width(), save.width()), save.y()); }, [&] { giveUp.move(giveUp.x(), save.y()); },
+      [&] { giveUp.move(cancelLeft(width()), giveUp.y()); });
 }
 
 } // namespace imex

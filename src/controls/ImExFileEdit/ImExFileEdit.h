@@ -12,12 +12,10 @@
 #include <QWidget>
 
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 class QKeyEvent;
 class QLabel;
@@ -44,7 +42,8 @@ class ImExFileEdit;
 ///     editor.reset();
 ///
 /// Files. A record is a line ended by CR LF; lines are at most NumberRows. A file is written back in the encoding and
-/// with the mark that it was read with, so a file of NumberColumns fields in every line is the same bytes after it was
+/// with the mark that it was read with (only where it would then be read as other texts, as UTF-8 with the mark), so a
+/// file of NumberColumns fields in every line is the same bytes after it was
 /// loaded and saved, provided that its last line has an end too. Fields beyond NumberColumns are dropped, short lines
 /// come back with all their delimiters, and lines without any text are left out. Nothing is quoted: a field that holds
 /// the delimiter or a line break is more than one field when the file is next read. The errors view reads no file; it
@@ -155,9 +154,7 @@ class IMEX_EXPORT ImExFileEdit : public QWidget {
   void layOut();
   void populateHeaderRow();
   void showFirstRecord();
-  void readFile();
-  void readRecord(std::string_view record, std::string_view delimiter, std::vector<std::string_view>& texts);
-  void showTexts(int row, std::span<const std::string_view> texts);
+  void readFile(std::string_view delimiter);
   void showErrorRows(const RowsPtr& records, const ErrorBeansPtr& errors);
   void showRecord(int row, const RowsPtr& records);
   template <class Load>
@@ -271,7 +268,7 @@ class IMEX_EXPORT ImExFileEdit : public QWidget {
   bool m_isEditing = false;     ///< the user has entered a cell
   bool m_isErrorsView = false;  ///< the last column has the messages
   bool m_isRowSelected = false; ///< the mouse was pressed on the row numbers last
-  int m_selectedRow = 0;
+  int m_selectedRow = 0;        ///< the row of that press; kept, and read by nothing yet
   std::string m_clipText;
   bool m_isTabDue = false; ///< the grid lost the focus while Tab was held
 

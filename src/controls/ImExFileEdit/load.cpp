@@ -1,6 +1,6 @@
 #include "controls/ImExFileEdit/ErrorCursor.h"
-#include "controls/ImExFileEdit/FieldReader.h"
 #include "controls/ImExFileEdit/ImExFileEdit.h"
+#include "controls/ImExFileEdit/RecordRows.h"
 #include "controls/ImExFileEdit/namedFile.h"
 #include "host/MessageBox.h"
 #include "host/Services.h"
@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
 
 namespace imex {
 
@@ -102,7 +101,8 @@ void ImExFileEdit::loadGridHeader() {
 void ImExFileEdit::loadGrid() {
   load("loadGrid", [&] {
     layOut();
-    namingFile(m_fileName, [&] { readFile(); });
+    const std::string delimiter = character(m_delimiterAscii);
+    namingFile(m_fileName, [&] { readFile(delimiter); });
     grid().layout().setAllRowHeights(grid().layout().rowHeight(0));
     sizeColumns();
     showFirstRecord();
@@ -110,38 +110,17 @@ void ImExFileEdit::loadGrid() {
 }
 
 /// Error 9 at a record beyond the grid, whose number has no cell.
-void ImExFileEdit::readFile() {
-  const std::string delimiter = character(m_delimiterAscii);
+void ImExFileEdit::readFile(std::string_view delimiter) {
   ImExModule::InputFile file(m_fileName);
+  RecordRows rows(grid(), delimiter);
   std::string_view record;
-  std::vector<std::string_view> texts; // of one row, in memory that is used again
-  for (int row = 1; file.readLine(record); ++row) {
-    const std::string number = std::to_string(row);
-    texts.assign(1, number);
-    readRecord(record, delimiter, texts);
-    showTexts(row, texts);
+  while (file.readLine(record)) {
+    const RecordRows::Fit fit = rows.show(record);
+    if (fit == RecordRows::Fit::nothing) // not even an empty record is without a field; the check stays as it is
+      tellOfSkippedRecord();
+    m_isModified = m_isModified || fit == RecordRows::Fit::cut; // what is left out is a change
   }
   m_encoding = file.encoding();
-}
-
-void ImExFileEdit::readRecord(std::string_view record, std::string_view delimiter,
-                              std::vector<std::string_view>& texts) {
-  const auto columns = static_cast<std::size_t>(grid().size().columns);
-  const std::size_t before = texts.size();
-  FieldReader fields(record, delimiter);
-  std::string_view field;
-  while (texts.size() <= columns && fields.next(field)) // one too many tells that there are more
-    texts.push_back(field);
-  if (texts.size() == before) // not even an empty record is without a field; the check stays as it is
-    tellOfSkippedRecord();
-}
-
-/// What is beyond the last column is left out, which is a change.
-void ImExFileEdit::showTexts(int row, std::span<const std::string_view> texts) {
-  host::Grid& cells = grid();
-  const auto columns = static_cast<std::size_t>(cells.size().columns);
-  cells.setTexts({row, 0}, texts.first(std::min(texts.size(), columns)));
-  m_isModified = m_isModified || texts.size() > columns;
 }
 
 // --- The lines with their messages ----------------------------------------------------------------------------------

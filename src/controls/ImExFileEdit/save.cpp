@@ -37,7 +37,11 @@ void ImExFileEdit::cmdOK_Click() {
     Q_EMIT saving(isAllowed);
     if (!isAllowed)
       throw LeaveEarly();
-    namingFile(m_fileName, [&] { writeFile(encodingToSave()); }); // a host may have changed texts meanwhile
+    namingFile(m_fileName, [&] {
+      const Encoding encoding = encodingToSave(); // a host may have changed texts meanwhile
+      writeFile(encoding);
+      m_encoding = encoding;
+    });
     Q_EMIT saved();
   });
 }

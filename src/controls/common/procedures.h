@@ -59,4 +59,18 @@ void resumeNext(const QObject& control, std::string_view procedure, Statement&& 
   }
 }
 
+/// Runs the statements of a control's resize between its two trace lines, and goes on after an error of each of them,
+/// that of a trace line too.
+template <class... Statements>
+void tracedResize(const QObject& control, Statements&&... statements) {
+  constexpr std::string_view procedure = "UserControl_Resize()";
+  const auto trace = [&](std::string_view message) {
+    if (isTracing())
+      detail::trace({toCore(control.objectName()), {}}, procedure, message);
+  };
+  resumeNext(control, procedure, [&] { trace("Entering Method..."); });
+  (resumeNext(control, procedure, std::forward<Statements>(statements)), ...);
+  resumeNext(control, procedure, [&] { trace("Exiting Method..."); });
+}
+
 } // namespace imex

@@ -117,6 +117,7 @@ void QtGrid::resizeCells(host::GridSize size) {
 }
 
 void QtGrid::removeRow(int row) {
+  applyHeights(); // before the rows below have other numbers
   {
     const QScopedValueRollback own(m_isOwnChange, true);
     m_model->removeGridRow(row);
@@ -279,7 +280,8 @@ void QtGrid::applyFont() {
 
 /// The widget may have been made for another screen than the one it is on.
 void QtGrid::followScreen() {
-  if (std::exchange(m_twipsPerPixel, imex::platform::twipsPerPixel(*this)) == m_twipsPerPixel)
+  const auto before = std::exchange(m_twipsPerPixel, imex::platform::twipsPerPixel(*this));
+  if (before == m_twipsPerPixel)
     return;
   m_firstHeight = 0;
   m_lastHeight = m_model->size().rows - 1;

@@ -66,7 +66,8 @@ class QtGrid : public QTableView {
   void keyPressed(QKeyEvent& event);
 
   /// A mouse button goes down, on a cell or on a fixed cell, before the grid moves. `point` is as in cellAt(); times
-  /// twipsPerPixel() it is in the twips of the layout. The second press of a double click raises nothing here.
+  /// twipsPerPixel() it is in the twips of the layout. Of a double click on the current cell the second press
+  /// raises nothing here.
   void mousePressed(QPoint point, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 
   /// The left button was pressed twice on the current cell.

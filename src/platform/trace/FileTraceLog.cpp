@@ -54,6 +54,7 @@ struct FileTraceLog::Writer {
             spdlog::async_overflow_policy::block)) {
     logger->set_pattern("%Y-%m-%d %H:%M:%S.%e\t%l\t%v");
     logger->set_level(spdlog::level::trace);
+    logger->flush_on(spdlog::level::warn); // an error is to be read while the program runs, and after it crashed
   }
 
   void write(spdlog::level::level_enum level, std::string_view source, std::string_view procedure,
