@@ -1,11 +1,14 @@
+#include "harness/MemoryHost.h"
 #include "harness/fuzz.h"
 #include "platform/soap/PugiSoapEnvelope.h"
 #include "records/ImExReply.h"
+#include "request/ImExRequest.h"
 
 #include <string>
 
 // What the service puts into its result element becomes as many records as it has, with all of their texts counted, or
-// a clear error.
+// a clear error. What is read goes on to the results page and, where there are not too many texts, to the editor: a
+// row and the same texts for each record.
 
 namespace {
 
@@ -30,6 +33,55 @@ std::size_t countTexts(host::SoapNode* results) {
   return count;
 }
 
+std::size_t countOf(std::string_view text, std::string_view part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, at + part.size()))
+    ++count;
+  return count;
+}
+
+/// What became of an answer: how often the events came, and how many messages and rows the editor was given.
+struct Shown {
+  int received = 0;
+  int failed = 0;
+  int shown = 0;
+  std::size_t rows = 0;
+  std::size_t messages = 0;
+};
+
+/// Each record has its status and its spacer on the page, and one message more than it has texts in the editor. Either
+/// the editor is given them or the user is told why not.
+void showAnswer(host::SoapNode& node, std::size_t records, std::size_t texts) {
+  constexpr std::size_t kMostInEditor = 1000;
+  fuzz::MemoryHost host;
+  host.loadCatalogue();
+  host.errors->isTaking = false;
+  ImExRequest request;
+  request.DataOrigin("AGENT");
+  request.DataType("CUSTOMER");
+  request.Delimiter("PIPE");
+  Shown shown;
+  request.MessageReceived.connect([&](const std::shared_ptr<ImExReply>&) { ++shown.received; });
+  request.SerializationFailed.connect([&](const std::string&) { ++shown.failed; });
+  request.showErrors.connect(
+      [&](std::string&, RowsPtr& lines, ErrorBeansPtr& errors, Integer& rows, Integer&, StringsPtr&, Integer&) {
+        ++shown.shown;
+        shown.rows = lines->count();
+        shown.messages = errors->count();
+        fuzz::require(std::cmp_equal(lines->count(), int{rows}), "the rows are counted");
+      });
+  request.Deserialize(node);
+  const std::string& page = host.files.written["validationresults.html"].bytes;
+  fuzz::require(shown.received == 1, "the answer is told of once");
+  fuzz::require(shown.shown + shown.failed == (texts > kMostInEditor ? 0 : 1), "the editor is given it, or not");
+  if (shown.shown == 1)
+    fuzz::require(shown.rows == records && shown.messages == records + texts, "the editor is given all of it");
+  if (shown.failed == 0) {
+    fuzz::require(page.ends_with("</table></html>\r\n"), "the page is whole");
+    fuzz::require(countOf(page, "<tr><td nowrap>\r\n \r\n</tr></td>\r\n") >= records, "each record is on the page");
+  }
+}
+
 bool readAnswer(std::string_view result) {
   platform::PugiSoapEnvelope envelope;
   envelope.parse(std::string(kBefore) + std::string(result) + std::string(kBehind), "");
@@ -43,6 +95,7 @@ bool readAnswer(std::string_view result) {
   for (const ImExFormatPtr& format : *reply.ImExFormats())
     texts += format->errors()->count() + format->Warnings()->count();
   fuzz::require(texts == countTexts(results), "each text is kept");
+  showAnswer(node, reply.ImExFormats()->count(), texts);
   return true;
 }
 

@@ -4,10 +4,11 @@
 #include "runtime/text.h"
 
 #include <cstdlib>
+#include <limits>
 #include <string>
 
 // Every text is judged, by each check, and the verdicts agree with what the text is as a number. A number written out
-// and read again is the same number.
+// and read again is the same number, and passes a check exactly where it is within the limits.
 
 namespace {
 
@@ -54,6 +55,45 @@ void checkLength(std::string_view value) {
   fuzz::require(!checkMaxLength("F", value, characters - 1, false).empty(), "a text is not shorter than it is");
 }
 
+/// A whole number in plain digits passes exactly where it is within the limits.
+void checkWhole(std::int64_t number) {
+  const std::string value = std::to_string(number);
+  const bool isLong =
+      number >= std::numeric_limits<std::int32_t>::min() && number <= std::numeric_limits<std::int32_t>::max();
+  fuzz::require(checkNumeric("F", value, true).empty(), "digits are a number");
+  fuzz::require(checkNonNegativeInteger("F", value, true).empty() == (isLong && number >= 0), "not negative, 32 bits");
+  const bool isWithin = isLong && value.size() < 11 && number <= 99999;
+  fuzz::require(checkMaxAmount("F", "Long", value, "99999", true).empty() == isWithin, "at most 99999");
+}
+
+/// So does an amount of four places, which is no whole number where one of them is not 0.
+void checkAmount(std::int64_t tenThousandths) {
+  const std::string value = written(Currency::ofTenThousandths(tenThousandths));
+  fuzz::require(checkNumeric("F", value, true).empty(), "an amount is a number");
+  fuzz::require(checkMaxAmount("F", "Currency", value, "999999", true).empty() == (tenThousandths <= 9999990000),
+                "at most 999999");
+  if (tenThousandths % 10000 != 0)
+    fuzz::require(!checkNonNegativeInteger("F", value, true).empty(), "an amount with places is not whole");
+}
+
+/// The number that the first bytes stand for, in one of several sizes, so that each limit comes near.
+std::int64_t numberOf(std::string_view bytes) {
+  std::uint64_t number = 0;
+  for (const char byte : bytes.substr(0, sizeof number))
+    number = number << 8U | static_cast<unsigned char>(byte);
+  const auto value = static_cast<std::int64_t>(number);
+  switch (bytes.size() % 4) {
+  case 0:
+    return value;
+  case 1:
+    return value % 4'000'000'000;
+  case 2:
+    return value % 20'000'000'000;
+  default:
+    return value % 200'000;
+  }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -61,5 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   checkConversions(value);
   checkVerdicts(value);
   checkLength(value);
+  checkWhole(numberOf(value));
+  checkAmount(numberOf(value));
   return 0;
 }

@@ -92,8 +92,10 @@ void Lines::set(const IniSetting& setting) {
   m_lines.insert(m_lines.begin() + place, {lineOf(setting), setting.section, setting.key});
 }
 
+/// A first line that begins with the mark, behind blanks or a mark of the file's, is not to be read as without it.
 std::string Lines::text() const {
-  std::string text;
+  const bool isMarked = !m_lines.empty() && m_lines.front().text.starts_with(kUtf8Mark);
+  std::string text(isMarked ? kUtf8Mark : std::string_view());
   for (const Line& line : m_lines)
     text += line.text + '\n';
   return text;

@@ -34,6 +34,9 @@ constexpr std::array<Format, 9> kFormats = {{{"CUSTOMER", "AGENT"},
                                              {"QUOTELINEITEM", "AGENT"},
                                              {"ORDERLINEITEM", "AGENT"}}};
 
+/// Beyond a line of 32,767 characters and 500 line items; beyond 32,767 lines of a field or two.
+constexpr std::array<std::size_t, 8> kSizes = {0, 33'000, 0, 132'000, 0, 0, 0, 0};
+
 /// The message in which the service accepts these lines.
 std::string acceptance(const std::vector<std::string>& lines) {
   platform::PugiSoapEnvelope envelope;
@@ -181,7 +184,15 @@ Import importOf(std::uint8_t choice) {
   const unsigned number = (choice + 256U - '0') % 256U;
   const Format& format = kFormats[number % kFormats.size()];
   const unsigned rest = number / kFormats.size();
-  return {format.dataType, format.dataOrigin, rest % 2 == 0 ? "TAB" : "PIPE", rest / 2 % 2 == 1};
+  return {format.dataType, format.dataOrigin, rest % 2 == 0 ? "TAB" : "PIPE", rest / 2 % 2 == 1,
+          kSizes.at(rest / 4 % kSizes.size())};
+}
+
+std::string repeated(std::string_view bytes, std::size_t size) {
+  std::string result(bytes);
+  while (!bytes.empty() && result.size() < size)
+    result += bytes;
+  return result;
 }
 
 Outcome run(const Import& import, Way way, std::string_view bytes, bool isTracing) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -13,13 +14,17 @@ struct Import {
   std::string_view dataOrigin;
   std::string_view delimiter;
   bool isCentral;
+  std::size_t size; ///< that the file has at least; 0 where it is what the input says, once
 
   bool isLineItems() const { return dataType.ends_with("LINEITEM"); }
-  bool isOnInstantRoadAlone() const { return dataType == "CUSTOMER" && dataOrigin == "HALVIK"; }
+  bool isOnBothRoads() const { return !isLineItems() && (dataType != "CUSTOMER" || dataOrigin != "HALVIK"); }
 };
 
 /// The import that a byte stands for: "0" to "8" are the formats with tabs, and so on.
 Import importOf(std::uint8_t choice);
+
+/// The bytes as often as it takes to reach a size.
+std::string repeated(std::string_view bytes, std::size_t size);
 
 enum class Way { send, instant, lineItems };
 

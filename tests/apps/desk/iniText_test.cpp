@@ -44,6 +44,16 @@ TEST(DeskIniText, markAndCarriageReturnsGo) {
   EXPECT_EQ("[user]\nid = b\n", withSettings("\xEF\xBB\xBF[user]\r\nid = a\r\n", {{"user", "id", "b"}}));
 }
 
+TEST(DeskIniText, textThatBeginsLikeAMark_isNotTakenForOne) {
+  const std::string mark = "\xEF\xBB\xBF";
+  for (const std::string& before : {std::string(" "), mark, std::string("\t")}) {
+    const std::string text = withSettings(before + mark + "k = a\n", {{"user", "id", "b"}});
+    EXPECT_EQ(mark + mark + "k = a\n\n[user]\nid = b\n", text);
+    EXPECT_EQ("a", platform::IniFile(text, "test.ini").value("", mark + "k"));
+    EXPECT_EQ(text, withSettings(text, {{"user", "id", "b"}}));
+  }
+}
+
 TEST(DeskIniText, everyValueIsReadAsItWasSet) {
   for (const char* value : {"", "Ann", "a = b", "; no comment", "[no section]", " blanks around ", "\ttab",
                             "\"quoted\"", "\"", "\"half", "Zo\xC3\xAB", "#1", "\"\"", "a \"b\" c"}) {
