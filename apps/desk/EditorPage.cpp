@@ -110,11 +110,13 @@ void EditorPage::close() {
 
 // --- What the user is asked -----------------------------------------------------------------------------------------
 
+bool EditorPage::hasChanges() const {
+  return m_shown->currentWidget() == m_editor && (m_isBeingWritten || contents() != m_savedContents);
+}
+
 bool EditorPage::mayDiscard() {
-  const bool isSaved = !m_isBeingWritten && contents() == m_savedContents;
-  if (m_shown->currentWidget() != m_editor || isSaved)
-    return true;
-  return isAnsweredYes(QStringLiteral("The changes in %1 are not saved. Discard them?").arg(fileName()));
+  return !hasChanges() ||
+         isAnsweredYes(QStringLiteral("The changes in %1 are not saved. Discard them?").arg(fileName()));
 }
 
 bool EditorPage::maySave() {

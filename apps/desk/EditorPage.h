@@ -35,6 +35,12 @@ class EditorPage : public QWidget {
   /// Opens a file with the messages about its lines.
   void showErrors(const ImportFile& file, const RowsPtr& lines, const ErrorBeansPtr& messages);
 
+  /// Whether something in it waits to be saved.
+  bool hasChanges() const;
+
+  /// The name of the file, without its folder.
+  QString fileName() const;
+
   /// Whether what is open may go: nothing in it waits to be saved, or the user, who is asked, does without it.
   bool mayDiscard();
 
@@ -53,7 +59,6 @@ class EditorPage : public QWidget {
   void connectEditor();
   bool maySave();
   std::size_t contents() const;
-  QString fileName() const;
 
   ImExFileEdit* m_editor;
   QLabel* m_note;

@@ -223,6 +223,9 @@ void MainWindow::showPage(Page page) {
 
 void MainWindow::goTo(int row) {
   const Page page = static_cast<Page>(row);
+  if (m_stack->currentWidget() == m_editor && page != Page::editor && m_editor->hasChanges())
+    tell(QStringLiteral("The changes in %1 are not saved; an import takes the file as it is on the disk")
+             .arg(m_editor->fileName()));
   m_stack->setCurrentIndex(row);
   m_undo.setActiveStack(isDocument(page) ? &document(page).undoStack() : nullptr);
   prepare(page);
