@@ -150,6 +150,20 @@ TEST_F(DeskEditor, otherFileIsOpenedAtOnceWhereNothingWaitsToBeSaved) {
   EXPECT_EQ((host::GridSize{9, 21}), grid().cells().size());
 }
 
+TEST_F(DeskEditor, leavingIsToldOfWhereChangesWaitToBeSaved) {
+  open();
+  edit();
+  go(1);
+  EXPECT_EQ(QStringLiteral("Import file opened for edit."), statusText());
+  go(5);
+  QTest::keyClicks(&grid(), QStringLiteral("X"));
+  go(1);
+  EXPECT_EQ(QStringLiteral("The changes in customers-agent.txt are not saved; an import takes the file as it is on "
+                           "the disk"),
+            statusText());
+  EXPECT_EQ(Texts{}, dialogs.boxes);
+}
+
 TEST_F(DeskEditor, changesAreNotDiscardedWithoutAQuestion) {
   open();
   edit();
