@@ -14,7 +14,7 @@ struct Import {
   std::string_view dataOrigin;
   std::string_view delimiter;
   bool isCentral;
-  std::size_t size; ///< that the file has at least; 0 where it is what the input says, once
+  std::size_t size = 0; ///< that the file has at least; 0 where it is what the input says, once
 
   bool isLineItems() const { return dataType.ends_with("LINEITEM"); }
   bool isOnBothRoads() const { return !isLineItems() && (dataType != "CUSTOMER" || dataOrigin != "HALVIK"); }
