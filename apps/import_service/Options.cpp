@@ -145,7 +145,7 @@ void CommandLine::applyIni() {
   apply(m_host, m_options.host, "service", "host");
   apply(m_store, m_options.store, "service", "store");
   apply(m_port, m_portText, "service", "port");
-  // Every address of the machine would answer to an empty one.
+  // An empty one would be a loopback address, of whichever protocol the machine prefers.
   if (m_options.host.empty())
     throw StartError(ExitCode::noInput, m_config + ": [service] host must not be empty.");
   if (!portOf(m_portText))
