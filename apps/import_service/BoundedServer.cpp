@@ -1,12 +1,15 @@
 #include "import_service/BoundedServer.h"
 
+#include "import_service/Framing.h"
 #include "import_service/PacedStream.h"
 #include "import_service/Workers.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include <poll.h>
@@ -18,12 +21,28 @@ namespace imex::import_service {
 namespace {
 
 /// Short, because an idle connection delays the end of the server for as long.
-constexpr std::chrono::milliseconds kIdleTime{1'000};
+constexpr std::chrono::seconds kIdleTime{1};
 
 /// A connection serves this many requests, so that those who wait get their turn.
 constexpr int kRequestsOfConnection = 100;
 
-thread_local bool isToBeClosed = false;
+constexpr int kBadRequest = 400;
+
+constexpr std::string_view kBadRequestLine =
+    "HTTP/1.1 400 Bad Request\r\nConnection: close\r\nContent-Length: 0\r\n\r\n";
+
+/// The library knows more methods, but answers them without reading their bodies, or keeps those in memory.
+constexpr std::array<std::string_view, 7> kMethods{"GET", "HEAD", "POST", "PUT", "PATCH", "DELETE", "OPTIONS"};
+
+/// The request that this thread answers.
+struct Turn {
+  int requestsLeft = 0; ///< that its connection may bring after it
+  bool isLast = false;  ///< because there are none left, or the client wants so
+  Framing framing = Framing::unsound;
+  bool isReadToItsEnd = false; ///< what comes next on the connection begins another request
+};
+
+thread_local Turn turn;
 
 /// What a connection may still send after its last answer.
 constexpr std::size_t kGreatestRest = 1024UL * 1024;
@@ -53,19 +72,55 @@ void dropReceived(socket_t socket) {
   }
 }
 
+httplib::Server::HandlerResponse refuseUnsound(const httplib::Request& request, httplib::Response& response) {
+  const bool hasHandlers = std::find(kMethods.begin(), kMethods.end(), request.method) != kMethods.end();
+  if (turn.framing != Framing::unsound && hasHandlers)
+    return httplib::Server::HandlerResponse::Unhandled;
+  turn.isReadToItsEnd = false;
+  response.status = kBadRequest;
+  response.set_content("The request line or the headers are wrong.\n", "text/plain; charset=utf-8");
+  return httplib::Server::HandlerResponse::Handled;
+}
+
+/// Takes from a request what would make the library do more than is wanted: wait for the end of the connection, answer
+/// with a part, take a body apart by its type, ask for a body that will be refused.
+void adapt(httplib::Request& request) {
+  if (turn.framing == Framing::noBody)
+    request.set_header("Content-Length", "0");
+  if (turn.framing == Framing::unsound)
+    request.headers.erase("Expect");
+  request.headers.erase("Content-Type");
+  request.ranges.clear();
+}
+
+/// The library would announce its own limits, which do not hold here.
+void announceLimits(const httplib::Request&, httplib::Response& response) {
+  response.headers.erase("Connection");
+  response.headers.erase("Keep-Alive");
+  response.headers.erase("Accept-Ranges");
+  if (turn.isLast || !turn.isReadToItsEnd)
+    response.set_header("Connection", "close");
+  else
+    response.set_header("Keep-Alive",
+                        "timeout=" + std::to_string(kIdleTime.count()) + ", max=" + std::to_string(turn.requestsLeft));
+}
+
 } // namespace
 
 BoundedServer::BoundedServer(const Limits& limits, std::string busy) : m_limits(limits), m_busy(std::move(busy)) {
   new_task_queue = [number = limits.connections] { return new Workers(number); };
   set_payload_max_length(limits.body);
+  set_pre_routing_handler(refuseUnsound);
+  set_post_routing_handler(announceLimits);
 }
 
 void BoundedServer::widenQueue() {
   ::listen(svr_sock_, static_cast<int>(m_limits.connections));
 }
 
-void BoundedServer::closeAfterAnswer() {
-  isToBeClosed = true;
+/// Of chunks, the library reads sizes that another reader may take for something else.
+void BoundedServer::bodyIsRead() {
+  turn.isReadToItsEnd = turn.framing != Framing::chunks;
 }
 
 bool BoundedServer::process_and_close_socket(socket_t socket) {
@@ -80,19 +135,34 @@ bool BoundedServer::process_and_close_socket(socket_t socket) {
 
 void BoundedServer::serve(socket_t socket) {
   PacedStream stream(socket, m_limits);
-  bool isClosed = false;
-  isToBeClosed = false;
-  for (int left = kRequestsOfConnection; left > 0 && !isClosed && !isToBeClosed && !stream.isSpent(); --left) {
+  bool goesOn = true;
+  for (int left = kRequestsOfConnection; left > 0 && goesOn; --left) {
     // The first request may take its time, as far as its head may.
     const bool isFirst = left == kRequestsOfConnection;
     if (!stream.awaitRequest(isFirst ? m_limits.patience : kIdleTime) || svr_sock_ == INVALID_SOCKET)
-      break;
-    stream.beginHead();
-    if (!process_request(stream, left == 1, isClosed, [&stream](httplib::Request&) { stream.beginBody(); }))
-      break;
+      return;
+    goesOn = answerRequest(stream, left - 1);
   }
-  if (isToBeClosed || stream.isSpent())
-    part(socket);
+  part(socket);
+}
+
+/// Whether another request may follow.
+bool BoundedServer::answerRequest(PacedStream& stream, int requestsLeft) {
+  turn = {requestsLeft};
+  stream.beginHead();
+  bool isClosed = false;
+  const auto takeHead = [&](httplib::Request& request) {
+    turn.isLast = isClosed || requestsLeft == 0;
+    turn.framing = framingOf(stream.head());
+    turn.isReadToItsEnd = turn.framing == Framing::noBody;
+    stream.beginBody();
+    adapt(request);
+  };
+  const bool isAnswered = process_request(stream, requestsLeft == 0, isClosed, takeHead);
+  // Without a whole request line, the library gives up in silence.
+  if (!stream.head().empty() && stream.head().find('\n') == std::string::npos)
+    stream.write(kBadRequestLine.data(), kBadRequestLine.size());
+  return isAnswered && !turn.isLast && turn.isReadToItsEnd && !stream.isSpent();
 }
 
 void BoundedServer::refuse(socket_t socket) const {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "import_service/wording.h"
+
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace imex::import_service {
 
@@ -14,10 +17,12 @@ enum class ExitCode {
   storeFailed = 74, ///< the store cannot be opened
 };
 
-/// Ends the program before it serves. The text is for the person who started it and names what is wrong.
+/// Ends the program before it serves. The text is for the person who started it and names what is wrong, spelled out as
+/// on a line of the log, as it may repeat what it was given. A hint follows on a line of its own.
 class StartError : public std::runtime_error {
  public:
-  StartError(ExitCode code, const std::string& text) : std::runtime_error(text), m_code(code) {}
+  StartError(ExitCode code, std::string_view text, const std::string& hint = "")
+      : std::runtime_error(printable(text) + (hint.empty() ? "" : '\n' + hint)), m_code(code) {}
 
   ExitCode code() const { return m_code; }
 

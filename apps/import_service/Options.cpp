@@ -43,14 +43,26 @@ The program serves until SIGINT or SIGTERM. Exit codes: 0 stopped, 64 wrong use,
 66 a file below DIR/docs or the INI file cannot be used, 69 the address cannot be
 listened at, 74 the store cannot be opened.)";
 
-int portOf(const std::string& text, const std::string& path) {
-  int port = -1;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, port);
-  if (error != std::errc{} || stop != end || port < 0 || port > kGreatestPort)
-    throw StartError(ExitCode::noInput,
-                     path + ": [service] port must be a number from 0 to 65535, not " + inQuotes(text) + ".");
-  return port;
+bool isDigits(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// The number of a port in decimal digits, nothing else.
+std::optional<int> portOf(std::string_view text) {
+  int port = 0;
+  const auto error = std::from_chars(text.data(), text.data() + text.size(), port).ec;
+  return isDigits(text) && error == std::errc{} && port <= kGreatestPort ? std::optional(port) : std::nullopt;
+}
+
+/// What is wrong with a port of the command line; empty where nothing is.
+std::string portFault(const std::string& text) {
+  if (portOf(text))
+    return "";
+  return "Value " + text + (isDigits(text) ? " not in range 0 to 65535" : " is no number in decimal digits");
+}
+
+std::string hostFault(const std::string& text) {
+  return text.empty() ? "Value is empty" : "";
 }
 
 std::vector<std::string> splitUsers(std::string_view text) {
@@ -94,6 +106,7 @@ class CommandLine {
   CLI::App m_app{kDescription, "import-service"};
   Options m_options;
   std::string m_config;
+  std::string m_portText = "0";
   CLI::Option* m_port;
   CLI::Option* m_host;
   CLI::Option* m_directory;
@@ -102,10 +115,12 @@ class CommandLine {
 };
 
 CommandLine::CommandLine() {
-  m_port = m_app.add_option("--port", m_options.port, "port; 0 picks a free one (default 0)")
-               ->check(CLI::Range(0, kGreatestPort))
+  m_port = m_app.add_option("--port", m_portText, "port; 0 picks a free one (default 0)")
+               ->check(CLI::Validator(portFault, ""))
                ->option_text("N");
-  m_host = m_app.add_option("--host", m_options.host, "address to listen at (127.0.0.1)")->option_text("ADDR");
+  m_host = m_app.add_option("--host", m_options.host, "address to listen at (127.0.0.1)")
+               ->check(CLI::Validator(hostFault, ""))
+               ->option_text("ADDR");
   m_directory =
       m_app.add_option("--app-dir", m_options.applicationDirectory, "application directory (., or the installed one)")
           ->option_text("DIR");
@@ -129,8 +144,13 @@ void CommandLine::applyIni() {
   apply(m_directory, m_options.applicationDirectory, "application", "directory");
   apply(m_host, m_options.host, "service", "host");
   apply(m_store, m_options.store, "service", "store");
-  if (const auto port = ini.value("service", "port"); port && m_port->count() == 0)
-    m_options.port = portOf(*port, m_config);
+  apply(m_port, m_portText, "service", "port");
+  // An empty one would be a loopback address, of whichever protocol the machine prefers.
+  if (m_options.host.empty())
+    throw StartError(ExitCode::noInput, m_config + ": [service] host must not be empty.");
+  if (!portOf(m_portText))
+    throw StartError(ExitCode::noInput,
+                     m_config + ": [service] port must be a number from 0 to 65535, not " + inQuotes(m_portText) + ".");
   if (const auto users = ini.value("service", "users"); users && m_users->count() == 0)
     m_options.users = splitUsers(*users);
 }
@@ -145,10 +165,11 @@ Options CommandLine::parse(int argc, const char* const* argv) {
     m_options.output = m_app.version() + '\n';
     return m_options;
   } catch (const CLI::ParseError& error) {
-    throw StartError(ExitCode::usage, std::string(error.what()) + "\nTry \"import-service --help\".");
+    throw StartError(ExitCode::usage, error.what(), "Try \"import-service --help\".");
   }
   if (!m_config.empty())
     applyIni();
+  m_options.port = portOf(m_portText).value();
   if (m_options.applicationDirectory.empty())
     m_options.applicationDirectory = standardDirectory();
   return m_options;

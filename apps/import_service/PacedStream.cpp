@@ -15,6 +15,7 @@ PacedStream::PacedStream(int socket, const Limits& limits) : m_socket(socket), m
 
 void PacedStream::beginHead() {
   m_in = {};
+  m_head.clear();
   m_isInBody = false;
   m_greatestIn = m_limits.head;
 }
@@ -68,6 +69,8 @@ ssize_t PacedStream::read(char* bytes, std::size_t size) {
     return -1;
   const std::size_t count = std::min({size, m_last - m_first, m_greatestIn - m_in.bytes});
   std::memcpy(bytes, m_buffer.data() + m_first, count);
+  if (!m_isInBody)
+    m_head.append(bytes, count);
   m_first += count;
   m_in.bytes += count;
   return static_cast<ssize_t>(count);

@@ -27,6 +27,9 @@ class PacedStream : public httplib::Stream {
   void beginHead();
   void beginBody();
 
+  /// The head as it came, as far as it has been read.
+  const std::string& head() const { return m_head; }
+
   /// Whether a read has failed or the limit of bytes is reached: what comes next on the socket is no new request.
   bool isSpent() const { return m_isSpent; }
 
@@ -57,6 +60,7 @@ class PacedStream : public httplib::Stream {
   bool m_isInBody = false;
   bool m_isSpent = false;
   Traffic m_in;
+  std::string m_head;
   std::size_t m_greatestIn = 0;
   std::array<char, 16UL * 1024> m_buffer{};
   std::size_t m_first = 0;

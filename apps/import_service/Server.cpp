@@ -101,11 +101,11 @@ bool isEncoded(const httplib::Request& request) {
   return !encoding.empty() && encoding != "identity";
 }
 
-/// A body must be read before it is refused: the next request on the connection begins behind it.
+/// The body is read, so that the connection can be kept: the next request begins behind it.
 void refuseWithBody(const httplib::Request& request, httplib::Response& response,
                     const httplib::ContentReader& readContent) {
-  if (isEncoded(request) || !readContent([](const char*, std::size_t) { return true; }))
-    BoundedServer::closeAfterAnswer();
+  if (!isEncoded(request) && readContent([](const char*, std::size_t) { return true; }))
+    BoundedServer::bodyIsRead();
   refuse(request, response);
 }
 
@@ -154,8 +154,6 @@ void Server::Http::refuseBody(httplib::Response& response, int status) const {
       return writeFault(ClientFault("The body of the request cannot be read."));
     }
   };
-  if (status == kBadRequest || status == kUnsupported)
-    BoundedServer::closeAfterAnswer();
   set(response, {status, fault()}, kXml);
 }
 
@@ -175,6 +173,8 @@ void Server::Http::answer(const Endpoint& endpoint, const httplib::Request& requ
       body.append(data, size);
     return true; // what is too much is read and dropped, so that the caller comes to read the answer
   });
+  if (isWhole)
+    BoundedServer::bodyIsRead();
   // The library reads past a body whose announced length is too large, and sets this status.
   if (response.status == kTooLarge)
     refusal = kTooLarge;

@@ -32,12 +32,20 @@ void requireVersion(soci::session& session) {
     throw StoreError("its tables are of another version of this program");
 }
 
+/// A table of this name that somebody else has made would let the service start and every import fail. Writes nothing.
+void requireColumns(soci::session& session) {
+  session << "INSERT INTO imported_row (format_key, row_key, fields, imported_by, imported_at)"
+             " SELECT format_key, row_key, fields, imported_by, imported_at FROM imported_row WHERE 1 = 0"
+             " ON CONFLICT (format_key, row_key) DO NOTHING";
+}
+
 void prepareTables(soci::session& session) {
   session << "CREATE TABLE IF NOT EXISTS import_store (version INTEGER NOT NULL PRIMARY KEY)";
   session << "CREATE TABLE IF NOT EXISTS imported_row (format_key TEXT NOT NULL, row_key TEXT NOT NULL,"
              " fields TEXT NOT NULL, imported_by TEXT NOT NULL, imported_at TEXT NOT NULL,"
              " PRIMARY KEY (format_key, row_key))";
   requireVersion(session);
+  requireColumns(session);
 }
 
 /// "(:a0, :b0), (:a1, :b1)" for two of "(:a#, :b#)".

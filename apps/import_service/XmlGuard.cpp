@@ -8,8 +8,10 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace imex::import_service {
 
@@ -57,6 +59,18 @@ bool isCharacterNumber(std::string_view digits, int base) {
   return error == std::errc{} && stop == end && isXmlCharacter(code);
 }
 
+std::string_view withoutBlanksBehind(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(kWhiteSpace) + 1);
+}
+
+/// The name of the attribute whose value begins behind this part of a tag.
+std::string_view nameBefore(std::string_view tag) {
+  tag = withoutBlanksBehind(tag);
+  if (tag.ends_with('='))
+    tag = withoutBlanksBehind(tag.substr(0, tag.size() - 1));
+  return tag.substr(tag.find_last_of(" \t\r\n\"'") + 1);
+}
+
 /// Walks over the markup once, from front to back.
 class Guard {
  public:
@@ -72,6 +86,7 @@ class Guard {
   void takeStartTag();
   void takeEndTag();
   void takeAttributeValue(char quote);
+  void requireDifferentNames();
   void skipBehind(std::string_view end, std::string_view what);
   bool startsWith(std::string_view token) const { return m_xml.substr(m_at).starts_with(token); }
 
@@ -80,6 +95,7 @@ class Guard {
   int m_depth = 0;
   int m_roots = 0;
   int m_pieces = 0;
+  std::vector<std::string_view> m_attributes; ///< the names of those of the tag
 };
 
 void Guard::walk() {
@@ -146,22 +162,35 @@ void Guard::takeMarkup() {
 
 void Guard::takeStartTag() {
   const std::size_t start = m_at;
+  m_attributes.clear();
   if (m_depth == 0 && ++m_roots > 1)
     refuse("a second root element", start);
   for (++m_at; m_at < m_xml.size() && m_xml[m_at] != '>'; ++m_at) {
     const char c = m_xml[m_at];
     if (c == '<')
       refuse("a tag inside a tag", m_at);
-    if (c == '"' || c == '\'')
+    if (c == '"' || c == '\'') {
+      m_attributes.push_back(nameBefore(m_xml.substr(start, m_at - start)));
       takeAttributeValue(c);
+    }
   }
   if (m_at >= m_xml.size())
     refuse("a tag without its end", start);
+  requireDifferentNames();
   if (++m_depth > kDeepestElement)
     throw ClientFault("The request has elements more than " + std::to_string(kDeepestElement) + " deep.");
   if (m_xml[m_at - 1] == '/')
     --m_depth;
   ++m_at;
+}
+
+void Guard::requireDifferentNames() {
+  if (m_attributes.size() < 2)
+    return;
+  std::stable_sort(m_attributes.begin(), m_attributes.end());
+  const auto twice = std::adjacent_find(m_attributes.begin(), m_attributes.end());
+  if (twice != m_attributes.end())
+    refuse("an attribute that its tag has twice", static_cast<std::size_t>(std::next(twice)->data() - m_xml.data()));
 }
 
 /// Leaves m_at at the closing quote.

@@ -13,9 +13,9 @@ inline constexpr int kMostPieces = 2'000'000;
 
 /// Refuses, by a ClientFault that names the byte, what a lenient XML parser lets pass: bytes that are not UTF-8,
 /// characters that XML forbids, a document type, references other than the five of XML and character numbers, text or
-/// a second element outside the root, elements nested deeper than kDeepestElement, more pieces than kMostPieces, and an
-/// end that comes too early. Whether start and end tags have the same name and attributes are well formed is left to
-/// the parser.
+/// a second element outside the root, elements nested deeper than kDeepestElement, more pieces than kMostPieces, two
+/// attributes of the same name in a tag, and an end that comes too early. Whether start and end tags have the same name
+/// and attributes are well formed is left to the parser.
 void requireSoundXml(std::string_view xml);
 
 } // namespace imex::import_service

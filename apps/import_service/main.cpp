@@ -57,11 +57,11 @@ void openStore(std::optional<Store>& store, const StoreUrl& url) {
 }
 
 void announce(const Server& server, const Options& options) {
+  const std::string users = options.users.empty() ? "none" : listed(options.users);
   std::cout << kName << "listening on " << server.url() << '\n'
-            << kName << "secured address " << server.url() << kSecured.path
-            << " (users: " << (options.users.empty() ? "none" : listed(options.users)) << ")\n"
+            << kName << "secured address " << server.url() << kSecured.path << " (users: " << printable(users) << ")\n"
             << kName << "unsecured address " << server.url() << kUnsecured.path << '\n'
-            << kName << "store " << StoreUrl::parse(options.store).shown << '\n'
+            << kName << "store " << printable(StoreUrl::parse(options.store).shown) << '\n'
             << std::flush;
 }
 

@@ -48,6 +48,11 @@ TEST(ImportServiceOptions, everyOption_isTaken) {
   EXPECT_EQ(options.users, (Texts{"ann", "bob"}));
 }
 
+TEST(ImportServiceOptions, aPort_isInDecimalDigits) {
+  EXPECT_EQ(parse({"--port", "010"}).port, 10);
+  EXPECT_EQ(parse({"--port", "65535"}).port, 65'535);
+}
+
 TEST(ImportServiceOptions, help_namesEveryOptionAndExitCode) {
   const std::string help = parse({"--help"}).output;
   for (const char* text : {"--port N", "--host ADDR", "--app-dir DIR", "--store URL", "--user ID", "--config FILE",
@@ -64,6 +69,14 @@ TEST(ImportServiceOptions, wrongUse_isExplained) {
   using Refusal = std::pair<ExitCode, std::string>;
   EXPECT_EQ(refusal({"--port", "65536"}),
             Refusal(ExitCode::usage, "--port: Value 65536 not in range 0 to 65535" + hint));
+  for (const char* bad : {"0x1F", " 8", "8 ", "+8", "-1", "8.0", "eight", ""})
+    EXPECT_EQ(refusal({"--port", bad}),
+              Refusal(ExitCode::usage, "--port: Value " + std::string(bad) + " is no number in decimal digits" + hint));
+  EXPECT_EQ(refusal({"--port", std::string(30, '9')}).second,
+            "--port: Value " + std::string(30, '9') + " not in range 0 to 65535" + hint);
+  EXPECT_EQ(refusal({"--host", ""}), Refusal(ExitCode::usage, "--host: Value is empty" + hint));
+  EXPECT_EQ(refusal({"a\x1B[31m\n\xE2\x80\xAE"}),
+            Refusal(ExitCode::usage, "The following argument was not expected: a\\u{1B}[31m\\u{A}\\u{202E}" + hint));
   EXPECT_EQ(refusal({"--colour"}),
             Refusal(ExitCode::usage, "The following argument was not expected: --colour" + hint));
   EXPECT_EQ(refusal({"file.txt"}),
@@ -94,12 +107,15 @@ TEST(ImportServiceOptions, theIniFile_setsWhatTheCommandLineLeavesOut) {
 
 TEST(ImportServiceOptions, anIniFileThatIsWrong_isNamed) {
   const TemporaryFolder folder;
-  for (const char* bad : {"65536", "-1", "80x", ""}) {
+  for (const char* bad : {"65536", "-1", "-0", "80x", "0x1F", ""}) {
     const std::string ini = folder.write("service.ini", "[service]\nport = " + std::string(bad) + "\n");
     EXPECT_EQ(refusal({"--config", ini}),
               std::make_pair(ExitCode::noInput,
                              ini + ": [service] port must be a number from 0 to 65535, not \"" + bad + "\"."));
   }
+  const std::string ini = folder.write("service.ini", "[service]\nhost =\n");
+  EXPECT_EQ(refusal({"--config", ini}), std::make_pair(ExitCode::noInput, ini + ": [service] host must not be empty."));
+  EXPECT_EQ(parse({"--config", ini, "--host", "::1"}).host, "::1");
   const std::string missing = folder / "missing.ini";
   EXPECT_EQ(refusal({"--config", missing}), std::make_pair(ExitCode::noInput, missing + ": File not found"));
 }

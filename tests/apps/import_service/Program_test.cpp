@@ -30,6 +30,21 @@ TEST(ImportServiceProgram, aStart_isAnnouncedAndASignalEndsIt) {
   }
 }
 
+TEST(ImportServiceProgram, whatItWasGiven_isSpelledOutOnItsLines) {
+  const TemporaryFolder folder;
+  const std::string odd = "\x1B[31m\n\xE2\x80\xAE";
+  const std::string shown = "\\u{1B}[31m\\u{A}\\u{202E}";
+  Program program({"--app-dir", kShare, "--store", "sqlite://" + (folder / odd), "--user", odd, "--user", "bob"});
+  const std::string url = behind(program.line(), "import-service: listening on ");
+  EXPECT_EQ(program.line(), "import-service: secured address " + url + "/secured (users: " + shown + ", bob)");
+  EXPECT_EQ(program.line(), "import-service: unsecured address " + url + "/unsecured");
+  EXPECT_EQ(program.line(), "import-service: store sqlite://" + (folder / shown));
+  EXPECT_EQ(failure({"--app-dir", folder / odd}),
+            std::make_pair(66, "import-service: " + (folder / shown) +
+                                   "/docs/columns.json: Path not found (the application directory is the folder that "
+                                   "holds docs)\n"));
+}
+
 TEST(ImportServiceProgram, eachRequest_isReportedOnStandardError) {
   Program program({"--app-dir", kShare, "--store", "sqlite://:memory:"});
   const std::string url = behind(program.line(), "import-service: listening on ");

@@ -1,86 +1,18 @@
 #include "import_service/Server.h"
 
+#include "apps/import_service/Connection.h"
+#include "apps/import_service/ServerTest.h"
 #include "apps/import_service/requests.h"
 #include "import_service/ExitCode.h"
-#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <httplib.h>
 
-#include <arpa/inet.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
-#include <cstdint>
 #include <optional>
 #include <thread>
 
 namespace imex::import_service::test {
-
-using imex::test::TemporaryFolder;
-
-constexpr const char* kXml = "text/xml; charset=utf-8";
-constexpr std::size_t kSmallBody = 2'000;
-
-/// The service behind a real socket on the loopback address.
-class ServerTest : public testing::Test {
- protected:
-  ServerTest() { start(); }
-
-  void start() {
-    store.emplace(StoreUrl::parse("sqlite://" + (folder / "rows.db")));
-    service.emplace(smallFormats(), Users{"agent1", "agent2"}, *store, [](const std::string&) {});
-    server.emplace(*service, limits);
-    server->start("127.0.0.1", 0);
-  }
-
-  void restart() {
-    server.reset();
-    service.reset();
-    store.reset();
-    start();
-  }
-
-  int port() const { return std::stoi(server->url().substr(server->url().rfind(':') + 1)); }
-
-  httplib::Client client() const { return httplib::Client(server->url()); }
-
-  httplib::Response post(const std::string& path, const std::string& body) const {
-    const httplib::Result result = client().Post(path, body, kXml);
-    EXPECT_TRUE(result) << to_string(result.error());
-    return result ? result.value() : httplib::Response();
-  }
-
-  std::string send(const RequestParts& parts, const std::string& path = "/secured", int status = 200) const {
-    const httplib::Response response = post(path, requestXml(parts));
-    EXPECT_EQ(response.status, status);
-    EXPECT_EQ(response.get_header_value("Content-Type"), kXml);
-    return response.body;
-  }
-
-  std::string health() const { return client().Get("/health")->body; }
-
-  static RequestParts customer(const std::string& line) {
-    RequestParts parts;
-    parts.lines = {line};
-    return parts;
-  }
-
-  static Limits smallLimits() {
-    Limits limits;
-    limits.body = kSmallBody;
-    return limits;
-  }
-
-  Limits limits = smallLimits();
-  TemporaryFolder folder;
-  std::optional<Store> store;
-  std::optional<ImportService> service;
-  std::optional<Server> server;
-};
 
 TEST_F(ServerTest, bothRoads_reachTheSameStore) {
   EXPECT_EQ(element(send(customer("C1|ACME|")), "reply"), "1 line imported.");
@@ -217,53 +149,6 @@ TEST_F(ServerTest, aBodyInChunks_isMeasuredTheSame) {
   EXPECT_EQ(element(longer->body, "faultstring"), "The request has more than 2000 bytes.");
 }
 
-/// A connection of one's own, to send what no client sends.
-class Connection {
- public:
-  explicit Connection(int port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    EXPECT_EQ(connect(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-  }
-  ~Connection() { close(m_socket); }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
-
-  /// False where the server takes no more.
-  bool send(const std::string& bytes) const {
-    return ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
-  }
-
-  /// Sends the text byte by byte, each when nothing has come back for a few milliseconds, until something does.
-  void dribble(const std::string& text) const {
-    pollfd incoming{m_socket, POLLIN, 0};
-    for (const char byte : text)
-      if (poll(&incoming, 1, 5) != 0 || !send(std::string(1, byte)))
-        return;
-  }
-
-  /// All that comes back until the server closes the connection.
-  std::string rest() const {
-    std::string answer;
-    std::array<char, 1024> buffer{};
-    for (ssize_t size = 1; size > 0; answer.append(buffer.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))))
-      size = recv(m_socket, buffer.data(), buffer.size(), 0);
-    return answer;
-  }
-
- private:
-  int m_socket = socket(AF_INET, SOCK_STREAM, 0);
-};
-
-/// Sends these bytes and returns all that comes back until the server closes the connection.
-std::string exchange(int port, const std::string& bytes) {
-  const Connection connection(port);
-  EXPECT_TRUE(connection.send(bytes));
-  return connection.rest();
-}
-
 TEST_F(ServerTest, aBodyThatCannotBeRead_isRefused) {
   const std::string answer = exchange(port(), "POST /secured HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n"
                                               "Transfer-Encoding: chunked\r\n\r\nno size\r\n");
@@ -360,6 +245,13 @@ TEST_F(SlowClientTest, inTheHead_isCutOff) {
   connection.send("GET /health HTTP/1.1\r\nX: ");
   connection.dribble(std::string(1'900, 'x'));
   EXPECT_EQ(connection.rest().substr(0, 13), "HTTP/1.1 400 ");
+  expectToBeServed();
+}
+
+TEST_F(SlowClientTest, inTheRequestLine_isToldAndCutOff) {
+  const Connection connection(port());
+  connection.send("GET /hea");
+  EXPECT_EQ(connection.rest(), "HTTP/1.1 400 Bad Request\r\nConnection: close\r\nContent-Length: 0\r\n\r\n");
   expectToBeServed();
 }
 

@@ -187,6 +187,17 @@ TEST_P(StoreTest, tablesOfAnotherVersion_areRefused) {
   }
 }
 
+TEST_P(StoreTest, tablesOfSomebodyElse_areRefusedAndStayAsTheyAre) {
+  store.reset();
+  for (const char* columns :
+       {"name TEXT", "format_key TEXT, row_key TEXT, fields TEXT, imported_by TEXT, imported_at TEXT"}) {
+    database->run("DROP TABLE imported_row");
+    database->run("CREATE TABLE imported_row (" + std::string(columns) + ")");
+    EXPECT_THROW(open(), StoreError) << columns;
+    EXPECT_EQ(database->run("SELECT count(*) FROM imported_row"), (Rows{{"0"}}));
+  }
+}
+
 TEST_P(StoreTest, aReader_neverSeesHalfAFile) {
   constexpr std::size_t kRows = 250;
   std::thread writer([this] {

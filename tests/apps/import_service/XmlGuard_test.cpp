@@ -13,6 +13,7 @@ TEST(XmlGuard, soundXml_passes) {
   requireSoundXml("\xEF\xBB\xBF<?xml version='1.0'?>\r\n<!-- <b> & --><a b=\"1 > 2\" c='\"'>é\t<b/></a>\n<!--x--> ");
   requireSoundXml("<a b='&#9;&lt;'>&amp;&lt;&gt;&quot;&apos;&#65;&#x1F600;&#x00010FFFF;</a>");
   requireSoundXml("<a><![CDATA[ <b> & ]] ]]></a>");
+  requireSoundXml("<a b='c=' c=\"b='1'\" B='' n:b='' bb=''><b b=''/><b b=''></b></a>");
 }
 
 struct Unsound {
@@ -57,6 +58,9 @@ INSTANTIATE_TEST_SUITE_P(
         Unsound{"<a>&#-1;</a>", at("a reference that stands for nothing", 3)},
         Unsound{"<a>&#1A;</a>", at("a reference that stands for nothing", 3)},
         Unsound{"<a b='&c;'/>", at("a reference that stands for nothing", 6)},
+        Unsound{"<a b='' c='' b=''/>", at("an attribute that its tag has twice", 13)},
+        Unsound{"<a b = '1'\n\tc=\"b='2'\" b\n=\t\"1\"></a>", at("an attribute that its tag has twice", 22)},
+        Unsound{"<a><n:b n:c='1'n:c='2'/></a>", at("an attribute that its tag has twice", 15)},
         Unsound{"x<a/>", at("text outside the root element", 0)},
         Unsound{"<a/>x", at("text outside the root element", 4)},
         Unsound{"<a/>&lt;", at("text outside the root element", 4)},
