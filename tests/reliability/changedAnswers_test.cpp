@@ -56,7 +56,8 @@ std::ostream& operator<<(std::ostream& stream, const Result& result) {
 
 // The rules of an answer once more, the plain way: each text stands where it stood before a byte of it was changed.
 
-/// The text of the answer that was `text` at its place `occurrence`, counted from 0, before a byte was changed.
+/// What stands in `bytes` where kAnswer has the text of an element: of those of the name, the one at `occurrence`,
+/// counted from 0.
 std::string textAt(const std::string& bytes, const std::string& element, int occurrence = 0) {
   const std::string open = '<' + element + '>';
   std::size_t begin = kAnswer.find(open);
@@ -89,11 +90,11 @@ Result plainly(const std::string& bytes) {
     return withLineFeeds(textAt(bytes, element, occurrence));
   };
   const auto number = [&](int line) { return std::stoi(withoutBlanks(text("lineNumber", line))); };
-  // Of the elements "item" each verdict is one and each text is one.
+  // The elements "item" are both verdicts and then the texts of the second.
   return {text("reply"),
           isTrue(text("hasErrors")),
           isTrue(text("hasWarnings")),
-          3,
+          3, // texts of errors and warnings
           {{isTrue(text("isIuccessful", 0)), text("line", 0), number(0), {}, {}},
            {isTrue(text("isIuccessful", 1)),
             text("line", 1),

@@ -45,23 +45,27 @@ class Relay {
     m_thread = std::thread([this] { run(); });
   }
   ~Relay() {
-    ::shutdown(m_listener.number(), SHUT_RDWR);
     if (m_thread.joinable())
-      m_thread.join();
+      waitForEnd();
   }
   Relay(const Relay&) = delete;
   Relay& operator=(const Relay&) = delete;
 
   std::string address() const { return "http://127.0.0.1:" + std::to_string(m_port) + "/secured"; }
 
-  /// The service's end of the connection is gone, and the relay with it. Waits for that.
+  /// Waits until the connection has ended, and gives how many bytes of the answer were handed on.
   std::size_t answered() {
-    m_thread.join();
+    waitForEnd();
     return m_answered;
   }
 
  private:
   static constexpr std::size_t kBuffer = 4096;
+
+  void waitForEnd() {
+    ::shutdown(m_listener.number(), SHUT_RDWR); // where nobody ever connected
+    m_thread.join();
+  }
 
   /// A small window, and small packets, after whose size the system measures what it keeps for the sender.
   Descriptor connectToService() const {
