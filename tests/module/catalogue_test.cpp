@@ -131,7 +131,7 @@ TEST_F(Catalogue, eachFormat_hasAColumnCountOfItsOwn) {
 TEST_F(Catalogue, theFiles_areOpenedInTheOrderOfTheFormats) {
   recordCalls();
   ImExModule::initialize();
-  Lines expected = {"changeDirectory " + (host.folder / "work")};
+  Lines expected = {"workingDirectory ", "changeDirectory " + (host.folder / "work")};
   for (const Format& format : kFormats)
     expected.push_back("openForInput " + pathOf(format.file));
   EXPECT_EQ(calls, expected);
@@ -475,7 +475,7 @@ TEST_F(Catalogue, aSecondCallAfterAFailure_failsAtTheFirstFormat) {
               (std::vector<Box>{failureBox(
                   "formatagentcustomer.dat",
                   "Error Number: 457 - This key is already associated with an element of this collection")}));
-    EXPECT_EQ(calls, (Lines{"changeDirectory " + (host.folder / "work"),
+    EXPECT_EQ(calls, (Lines{"workingDirectory ", "changeDirectory " + (host.folder / "work"),
                             "openForInput " + pathOf("formatagentcustomer.dat")}));
     ASSERT_EQ(host.trace->lines.size(), 2u);
     EXPECT_TRUE(host.trace->lines[1].starts_with("! ImExModule initialize 457 ")) << host.trace->lines[1];

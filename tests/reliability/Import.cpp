@@ -16,8 +16,6 @@ namespace imex::test {
 
 namespace {
 
-constexpr std::string_view kOldPage = "of the import before";
-
 std::string customer(int number, std::size_t nameSize) {
   // Every third has a character beyond ASCII, so that a reader that looked no further has to look again.
   const std::string name = (number % 3 == 0 ? "Caf\xC3\xA9 " : "Firm ") + std::string(nameSize, 'n');
@@ -214,16 +212,31 @@ void Import::call() {
   }
 }
 
+/// Their memory goes too, so that a test can count blocks.
+void Import::forget() {
+  m_result = Texts();
+  errors = Texts();
+  host.serviceCall.calls = std::vector<FakeServiceCall::Call>();
+  transports.calls = Texts();
+  transports.posted = Texts();
+}
+
+Texts Import::restart() {
+  {
+    const AllocationPause pause;
+    forget();
+    ImExModule::state() = {};
+  }
+  ImExModule::initialize();
+  const AllocationPause pause;
+  return m_result;
+}
+
 Texts Import::run() {
   {
     const AllocationPause pause;
-    host.folder.write("out/validationresults.html", kOldPage);
-    // Their memory goes too, so that a test can count blocks.
-    m_result = Texts();
-    errors = Texts();
-    host.serviceCall.calls = std::vector<FakeServiceCall::Call>();
-    transports.calls = Texts();
-    transports.posted = Texts();
+    host.folder.write("out/validationresults.html", oldPage);
+    forget();
   }
   try {
     call();
@@ -244,13 +257,13 @@ void Import::collect() {
     keep("sent " + join(sent.lines, "\n"));
   for (const std::string& sent : transports.posted)
     keep("sent " + sent);
-  if (readFile(pagePath()) != kOldPage)
+  if (readFile(pagePath()) != oldPage)
     keep("page " + page());
 }
 
 std::string Import::page() const {
   const std::string bytes = readFile(pagePath());
-  return bytes == kOldPage ? std::string() : bytes;
+  return bytes == oldPage ? std::string() : bytes;
 }
 
 bool Import::isFileClosed() const {
@@ -261,11 +274,11 @@ std::size_t openDescriptors() {
   return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
 }
 
-bool areDescriptorsDownTo(std::size_t count) {
+bool areDescriptorsBackTo(std::size_t count) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   while (openDescriptors() > count && std::chrono::steady_clock::now() < deadline)
     std::this_thread::yield();
-  return openDescriptors() <= count;
+  return openDescriptors() == count;
 }
 
 std::string unreadableBox(int style) {

@@ -18,8 +18,8 @@ namespace imex::test {
 std::size_t openDescriptors();
 
 /// Waits until no more than `count` are open: a server of the test closes its end of a connection a moment later than
-/// the client. False where they stay open.
-bool areDescriptorsDownTo(std::size_t count);
+/// the client. False where they stay open, and where there are fewer.
+bool areDescriptorsBackTo(std::size_t count);
 
 /// What a user does with a file.
 struct Way {
@@ -64,6 +64,9 @@ class Import {
   /// The bytes of the page that the last run wrote; empty where it left the one that was there.
   std::string page() const;
 
+  /// Forgets the catalogue and loads it again, as a new process does, and gives the boxes that this showed.
+  Texts restart();
+
   /// Whether the user's file is as it was and no file is open.
   bool isFileClosed() const;
 
@@ -73,6 +76,7 @@ class Import {
   TestHost host;
   FakeTransportFactory transports;
   ImExRequest request;
+  std::string oldPage = "of the import before"; ///< that is there before each run
   Texts errors; ///< that were recorded during the last run, "number source: description"
 
  private:
@@ -80,6 +84,7 @@ class Import {
   class Boxes;
 
   void connectEvents();
+  void forget();
   void keep(const std::string& text);
   void call();
   void collect();

@@ -7,6 +7,9 @@ namespace imex::test {
 // Faults of memory. They happen in programs that are linked with failingNew.cpp, which puts its own operator new in the
 // place of the library's; in others nothing fails, and a pause means nothing.
 
+/// Who allocates. TextBuffer does it by realloc.
+enum class Allocator { none, operatorNew, realloc, pugixml, curl };
+
 /// What the operator new of a program goes by. One thread alone uses it.
 struct Allocations {
   long count = 0;      ///< made since counting began, not counting those of a pause
@@ -14,18 +17,21 @@ struct Allocations {
   bool failOn = false; ///< whether those behind it fail as well
   int pauses = 0;
   bool hasFailed = false;
-  long liveBlocks = 0; ///< that were not given back yet, of the whole program
+  Allocator failed = Allocator::none; ///< whose the first one was that failed
+  long liveBlocks = 0;                ///< that were not given back yet, of the whole program
   long liveBytes = 0;
 };
 
 inline thread_local Allocations allocations;
 
 /// Counts an allocation that is about to be made. True where it is to fail.
-inline bool isAllocationToFail() {
+inline bool isAllocationToFail(Allocator allocator) {
   if (allocations.pauses > 0 || allocations.failAt == 0)
     return false;
   const long number = ++allocations.count;
   const bool fails = number == allocations.failAt || (allocations.failOn && number > allocations.failAt);
+  if (fails && !allocations.hasFailed)
+    allocations.failed = allocator;
   allocations.hasFailed = allocations.hasFailed || fails;
   return fails;
 }
@@ -47,6 +53,7 @@ class FailingAllocation {
     allocations.failAt = number;
     allocations.failOn = failOn;
     allocations.hasFailed = false;
+    allocations.failed = Allocator::none;
   }
   ~FailingAllocation() { allocations.failAt = 0; }
   FailingAllocation(const FailingAllocation&) = delete;

@@ -1,6 +1,6 @@
 #include "changes.h"
 #include "harness/importing.h"
-#include "runtime/encoding.h"
+#include "plainFile.h"
 #include "runtime/text.h"
 
 #include <gtest/gtest.h>
@@ -18,17 +18,6 @@ const std::string kCustomers = "c1|Firm|1 Main|||Town|GA|30012|||555||Dist\r\n"
 
 // The checks of a customer once more, the plain way.
 
-std::vector<std::string> splitAt(const std::string& text, const std::string& separator) {
-  std::vector<std::string> parts;
-  std::size_t at = 0;
-  for (std::size_t end = text.find(separator); end != std::string::npos; end = text.find(separator, at)) {
-    parts.push_back(text.substr(at, end - at));
-    at = end + separator.size();
-  }
-  parts.push_back(text.substr(at));
-  return parts;
-}
-
 bool isGood(const std::string& line) {
   const std::vector<std::string> fields = splitAt(line, "|");
   const auto isFilled = [&](std::size_t field) { return !fields[field - 1].empty(); };
@@ -43,16 +32,6 @@ bool isXml(const std::string& text) {
   });
 }
 
-std::string decoded(const std::string& bytes) {
-  Utf8Validator validator;
-  validator.feed(bytes);
-  if (validator.isComplete())
-    return bytes.starts_with(kUtf8Mark) ? bytes.substr(kUtf8Mark.size()) : bytes;
-  std::string text;
-  appendWindows1252(text, bytes);
-  return text;
-}
-
 struct Expected {
   std::vector<std::string> lines; ///< that are sent
   bool isRefused = false;         ///< by the client, which asks
@@ -60,9 +39,7 @@ struct Expected {
 
 Expected expectedOf(const std::string& bytes) {
   Expected expected;
-  for (const std::string& line : splitAt(decoded(bytes), "\r\n")) {
-    if (line.empty())
-      continue;
+  for (const std::string& line : filledLines(bytes)) {
     if (!isGood(line)) {
       expected.isRefused = true;
       expected.lines.clear();
@@ -105,10 +82,14 @@ TEST_P(ChangedImports, everyTruncation_isSentWholeOrRefused) {
   expectRight(kCustomers);
   EXPECT_EQ(1, sent);
   forEachTruncation(kCustomers, [&](const std::string& bytes) { expectRight(bytes); });
+  EXPECT_EQ(10, sent);
+  EXPECT_EQ(75, refused);
 }
 
 TEST_P(ChangedImports, everySingleByteChange_isSentWholeOrRefused) {
   forEachChangedByte(kCustomers, [&](const std::string& bytes) { expectRight(bytes); });
+  EXPECT_EQ(13050, sent);
+  EXPECT_EQ(6688, refused);
 }
 
 INSTANTIATE_TEST_SUITE_P(, ChangedImports, testing::Values(fuzz::Way::send, fuzz::Way::instant),

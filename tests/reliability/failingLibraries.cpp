@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
-#include <utility>
 
 #include <curl/curl.h>
 #include <pugixml.hpp>
@@ -18,7 +17,7 @@ extern "C" {
 void* __real_realloc(void* block, std::size_t size);
 
 void* __wrap_realloc(void* block, std::size_t size) {
-  return imex::test::isAllocationToFail() ? nullptr : __real_realloc(block, size);
+  return imex::test::isAllocationToFail(imex::test::Allocator::realloc) ? nullptr : __real_realloc(block, size);
 }
 }
 
@@ -29,7 +28,7 @@ namespace {
 // --- pugixml --------------------------------------------------------------------------------------------------------
 
 void* allocateForPugi(std::size_t size) {
-  void* const block = isAllocationToFail() ? nullptr : std::malloc(size);
+  void* const block = isAllocationToFail(Allocator::pugixml) ? nullptr : std::malloc(size);
   allocations.liveBlocks += block == nullptr ? 0 : 1;
   return block;
 }
@@ -42,13 +41,8 @@ void releaseForPugi(void* block) {
 // --- libcurl --------------------------------------------------------------------------------------------------------
 
 std::atomic<long> curlBlocks = 0;
-thread_local bool isFailureOfCurl = false;
-
 bool isCurlToFail() {
-  const bool isFirst = !allocations.hasFailed;
-  const bool fails = isAllocationToFail();
-  isFailureOfCurl = isFailureOfCurl || (fails && isFirst);
-  return fails;
+  return isAllocationToFail(Allocator::curl);
 }
 
 void* counted(void* block) {
@@ -92,10 +86,6 @@ void makeLibrariesFail() {
 
 long liveBlocksOfCurl() {
   return curlBlocks;
-}
-
-bool wasFailureOfCurl() {
-  return std::exchange(isFailureOfCurl, false);
 }
 
 } // namespace imex::test

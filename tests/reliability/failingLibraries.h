@@ -9,7 +9,4 @@ void makeLibrariesFail();
 /// The blocks of libcurl that were not given back yet, by all of its threads.
 long liveBlocksOfCurl();
 
-/// Whether the first allocation that failed since the last call was libcurl's own.
-bool wasFailureOfCurl();
-
 } // namespace imex::test

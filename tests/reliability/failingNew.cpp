@@ -30,13 +30,13 @@ void release(void* block) noexcept {
 } // namespace
 
 void* operator new(std::size_t size) {
-  if (imex::test::isAllocationToFail())
+  if (imex::test::isAllocationToFail(imex::test::Allocator::operatorNew))
     throw std::bad_alloc();
   return counted(std::malloc(size == 0 ? 1 : size));
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment) {
-  if (imex::test::isAllocationToFail())
+  if (imex::test::isAllocationToFail(imex::test::Allocator::operatorNew))
     throw std::bad_alloc();
   const auto step = static_cast<std::size_t>(alignment);
   return counted(std::aligned_alloc(step, (size + step - 1) / step * step));

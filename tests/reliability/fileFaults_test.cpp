@@ -1,42 +1,17 @@
+#include "FailingCall.h"
 #include "Import.h"
+#include "runtime/text.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <map>
 #include <tuple>
 
 namespace imex::test {
 namespace {
-
-struct Call {
-  std::string name;
-  std::string path;
-};
-
-/// Counts the calls that an import makes of the file system, and fails one of them, once.
-class FailingCall {
- public:
-  /// Fails the call `number`, counted from 1; 0 for none.
-  FailingCall(FaultyFiles& files, std::size_t number, ErrorNumber error) : m_files(files) {
-    m_files.before = [this, number, error](std::string_view name, std::string_view path) {
-      calls.push_back({std::string(name), std::string(path)});
-      if (calls.size() == number)
-        throw RuntimeError(error, "DiskFiles");
-    };
-  }
-  ~FailingCall() {
-    m_files.before = [](auto, auto) {};
-  }
-  FailingCall(const FailingCall&) = delete;
-  FailingCall& operator=(const FailingCall&) = delete;
-
-  std::vector<Call> calls;
-
- private:
-  FaultyFiles& m_files;
-};
 
 struct Fault {
   std::string name;
@@ -51,16 +26,14 @@ const std::vector<Fault> kFaults = {{"noAccess", ErrorNumber::permissionDenied},
                                     {"interrupted", ErrorNumber::deviceIoError},
                                     {"gone", ErrorNumber::fileNotFound}};
 
+/// How many calls each way makes of the file system.
+const std::map<std::string, std::size_t> kFileCalls = {
+    {"send", 21}, {"instant", 21}, {"lineItems", 8}, {"badLineItems", 8}, {"correction", 15}};
+
 /// Every file call of every way, failed once with every fault.
 class FileFaults : public testing::TestWithParam<std::tuple<Way, Fault>> {
  protected:
-  /// Which opening of the import file the last of these calls belongs to, counted from 1; 0 for the results page.
-  static std::ptrdiff_t openingOf(const std::vector<Call>& calls, const Import& trial) {
-    if (calls.back().path != trial.path())
-      return 0;
-    return std::count_if(calls.begin(), calls.end(),
-                         [&](const Call& call) { return call.name == "openForInput" && call.path == trial.path(); });
-  }
+  using Calls = std::vector<FailingCall::Call>;
 
   /// What the texts promise for a fault there. `golden` is what comes of the import without one.
   Texts promised(std::ptrdiff_t opening, const Texts& golden) const {
@@ -77,8 +50,21 @@ class FileFaults : public testing::TestWithParam<std::tuple<Way, Fault>> {
   }
 
   std::string failureBox() const {
-    return "box 48 Error Number: " + std::to_string(static_cast<int>(fault.error)) + " - " +
-           std::string(describe(fault.error)) + ": The requested operation could not be completed.";
+    return "box 48 " + errorTitle(fault.error) + ": The requested operation could not be completed.";
+  }
+
+  /// What stands in the page's place where the last of these calls failed: the page of the import before, untouched, or
+  /// as much of the new one as was written.
+  static std::string promisedPage(const Calls& calls, const Import& trial, const std::string& page) {
+    constexpr std::size_t kPiece = 64UL * 1024; // that is written at once
+    const auto count = [&](std::string_view name) {
+      return std::count_if(calls.begin(), calls.end(), [&](const auto& call) { return call.name == name; });
+    };
+    if (calls.back().path != trial.pagePath() || calls.back().name == "isSameFile" ||
+        calls.back().name == "openForOutput")
+      return trial.oldPage;
+    const auto written = static_cast<std::size_t>(count("write") - (calls.back().name == "write" ? 1 : 0));
+    return calls.back().name == "close" ? page : page.substr(0, written * kPiece);
   }
 
   const Way way = std::get<0>(GetParam());
@@ -90,29 +76,29 @@ TEST_P(FileFaults, eachCallFailedOnce_endsAsTheTextsSay_andTheNextImportIsRight)
   const Texts golden = trial.run();
   ASSERT_EQ(Texts{}, trial.errors);
   const std::string page = trial.page();
+  trial.oldPage = page + page + "of the import before"; // which would show behind a new one that is not cut at its end
   std::size_t number = 1;
-  for (;; ++number) {
+  for (bool isReached = true; isReached; ++number) {
     Texts result;
-    std::vector<Call> calls;
+    Calls calls;
     {
-      FailingCall failing(trial.host.files, number, fault.error);
+      const FailingCall failing(trial.host.files, number, fault.error);
       result = trial.run();
-      calls = failing.calls;
+      isReached = failing.wasReached();
+      calls = failing.calls();
     }
-    if (calls.size() < number) {
-      EXPECT_EQ(golden, result);
-      break;
-    }
-    calls.resize(number); // what came behind the fault does not tell where it was
     SCOPED_TRACE("call " + std::to_string(number) + " of " + calls.back().name + ' ' + calls.back().path);
-    EXPECT_EQ(promised(openingOf(calls, trial), golden), withoutPage(result));
-    EXPECT_TRUE(page.starts_with(trial.page()));
+    EXPECT_EQ(isReached ? promised(openingOf(calls, trial.path()), golden) : withoutPage(golden), withoutPage(result));
+    if (isReached) {
+      const std::string left = readFile(trial.pagePath());
+      EXPECT_TRUE(promisedPage(calls, trial, page) == left) << left.size() << " bytes are left of the page";
+    }
     EXPECT_TRUE(trial.isTidy());
     EXPECT_EQ(golden, trial.run());
     EXPECT_EQ(Texts{}, trial.errors);
   }
-  EXPECT_GE(number, 4u);
-  std::cout << "fault points: " << number - 1 << '\n';
+  EXPECT_EQ(kFileCalls.at(way.name), number - 2);
+  std::cout << "fault points: " << number - 2 << '\n';
 }
 
 INSTANTIATE_TEST_SUITE_P(, FileFaults, testing::Combine(testing::ValuesIn(ways()), testing::ValuesIn(kFaults)),
@@ -120,49 +106,180 @@ INSTANTIATE_TEST_SUITE_P(, FileFaults, testing::Combine(testing::ValuesIn(ways()
                            return std::get<0>(test.param).name + "_" + std::get<1>(test.param).name;
                          });
 
-/// The import file changes its length under the hands of its reader.
-class LengthFaults : public testing::TestWithParam<Way> {
+/// Every file call of the start, failed once with every fault.
+class StartFaults : public testing::TestWithParam<Fault> {
  protected:
-  /// What was sent or returned is all, nothing, or a beginning of it: never something else.
-  static void expectBeginning(const Texts& result, const Texts& golden) {
-    for (const std::string& text : result) {
-      if (!text.starts_with("sent ") && !text.starts_with("returned "))
-        continue;
-      const auto whole = std::find_if(golden.begin(), golden.end(), [&](const std::string& other) {
-        return other.substr(0, other.find(' ')) == text.substr(0, text.find(' '));
-      });
-      ASSERT_NE(golden.end(), whole);
-      const std::string lines = text.substr(std::min(text.size(), text.find('\n')));
-      EXPECT_TRUE(whole->find(lines) != std::string::npos || text == "returned nothing") << text;
-    }
+  /// The working directory may be missing; anything else is told, with the file that was being read.
+  Texts promised(const FailingCall::Call& failed) const {
+    if (failed.name == "changeDirectory" || failed.name == "makeDirectory")
+      return {};
+    return {"box 48 " + errorTitle(GetParam().error) + ": An error was encountered while attempting read dat file (" +
+            failed.path +
+            ").\r\nSome file types will not be editable. Please contact production support to have this " +
+            "corrected."};
   }
 };
 
-TEST_P(LengthFaults, fileCutAtEachCall_isReadUpToThereOrRefused_andTheNextImportIsRight) {
-  Import trial(GetParam());
+TEST_P(StartFaults, eachCallFailedOnce_endsAsTheTextsSay_andTheNextStartIsRight) {
+  constexpr std::size_t kCalls = 2 + 9 * 5; // the working directory, and the nine formats
+  Import trial(shortWays().front());
   const Texts golden = trial.run();
-  const auto size = std::filesystem::file_size(trial.path());
+  std::size_t number = 1;
+  for (bool isReached = true; isReached; ++number) {
+    Texts boxes;
+    FailingCall::Call last;
+    {
+      const FailingCall failing(trial.host.files, number, GetParam().error);
+      boxes = trial.restart();
+      isReached = failing.wasReached();
+      last = failing.calls().back();
+    }
+    SCOPED_TRACE("call " + std::to_string(number) + " of " + last.name + ' ' + last.path);
+    EXPECT_EQ(isReached ? promised(last) : Texts{}, boxes);
+    EXPECT_EQ(boxes.size(), trial.errors.size());
+    EXPECT_TRUE(trial.isTidy());
+    EXPECT_EQ(Texts{}, trial.restart());
+    EXPECT_EQ(golden, trial.run());
+    EXPECT_EQ(Texts{}, trial.errors);
+  }
+  EXPECT_EQ(kCalls, number - 2);
+  std::cout << "fault points: " << number - 2 << '\n';
+}
+
+INSTANTIATE_TEST_SUITE_P(, StartFaults, testing::ValuesIn(kFaults), [](const auto& test) { return test.param.name; });
+
+/// The import file becomes shorter under the hands of its reader: inside a line, or by whole lines.
+class LengthFaults : public testing::TestWithParam<std::tuple<Way, bool>> {
+ protected:
+  static constexpr std::string_view kAfterLine = "</LINE>";
+
+  static std::string beginningOf(const Way& way, bool isInsideALine) {
+    constexpr std::size_t kMissing = 20; // characters of the line, several fields
+    const std::size_t end = way.file.rfind("\r\n", way.file.size() / 2);
+    const std::size_t behindALine = (end == std::string::npos ? way.file.find("\r\n") : end) + 2;
+    return way.file.substr(0, isInsideALine ? behindALine - kMissing : behindALine);
+  }
+
+  /// How many lines there are, a begun one too.
+  static std::size_t linesIn(const std::string& bytes) {
+    std::size_t count = bytes.ends_with("\r\n") ? 0 : 1;
+    for (std::size_t at = bytes.find("\r\n"); at != std::string::npos; at = bytes.find("\r\n", at + 2))
+      ++count;
+    return count;
+  }
+
+  /// Nothing was sent, and the user is asked about the line that has not all of its fields.
+  Texts refused() const {
+    return {"box 36 Corvana Maintenance: The file you are attempting to import is not properly delimited. It should "
+            "contain 13 of your chosen delimiter in each row of the file.\r\nOpening the file within the editor and "
+            "saving will correct the error.\r\n\r\n Would you like to correct the file?",
+            "editImportFile File format incorrect. " + std::to_string(linesIn(shorter.file)) + " 13 13 124"};
+  }
+
+  /// Nothing was returned, and the user hears why.
+  static Texts halted() {
+    return {"box 48 Corvana Maintenance:  The import file is not properly delimited.\r\n The import has been halted.",
+            "returned nothing"};
+  }
+
+  /// The lines of the shorter file as they are sent.
+  std::string sentLines() const {
+    std::string text;
+    for (std::size_t at = 0; at < shorter.file.size();) {
+      const std::size_t end = shorter.file.find("\r\n", at);
+      text += (at == 0 ? "" : "\n") + upperCase(shorter.file.substr(at, end - at)) + '|';
+      at = end + 2;
+    }
+    return text;
+  }
+
+  /// `sent` with the lines of the shorter file alone.
+  std::string withFewerLines(const std::string& sent) const {
+    if (way.call == Way::Call::send)
+      return "sent " + sentLines();
+    std::size_t end = 0;
+    for (std::size_t i = 0; i < linesIn(shorter.file); ++i)
+      end = sent.find(kAfterLine, end) + kAfterLine.size();
+    return sent.substr(0, end) + sent.substr(sent.rfind(kAfterLine) + kAfterLine.size());
+  }
+
+  /// What comes of the shorter file, where `golden` comes of the whole one.
+  Texts ofShorter(const Texts& golden) const {
+    const bool isLineItems = way.call == Way::Call::projectItems;
+    if (isInsideALine)
+      return isLineItems ? halted() : refused();
+    if (isLineItems) {
+      std::string returned = "returned " + std::to_string(linesIn(shorter.file));
+      for (std::size_t i = 0; i < linesIn(shorter.file); ++i)
+        returned += "\n24 NV-1X4 0.04";
+      return {returned};
+    }
+    if (way.name == "correction") // what is left is a good file
+      return {"MessageReceived Import refused. 0", "showErrors 0 14 13 124", "sent " + sentLines()};
+    Texts result = golden;
+    for (std::string& text : result) {
+      if (text.starts_with("sent "))
+        text = withFewerLines(text);
+    }
+    return withoutPage(result);
+  }
+
+  /// Which of the ways to end it was. Fails the test where it was none: a part of a line was sent, say, or nothing
+  /// told.
+  std::string nameOf(const Texts& result, const Texts& golden) const {
+    if (result == golden)
+      return "whole";
+    if (withoutPage(result) == ofShorter(golden))
+      return "shorter";
+    // A part of the longer file was in memory already, and what comes next is the end.
+    EXPECT_TRUE(way.call != Way::Call::projectItems && result == refused()) << testing::PrintToString(result);
+    return "refused";
+  }
+
+  const Way way = std::get<0>(GetParam());
+  const bool isInsideALine = std::get<1>(GetParam());
+  const Way shorter = [&] {
+    Way result = way;
+    result.file = beginningOf(way, isInsideALine);
+    return result;
+  }();
+};
+
+TEST_P(LengthFaults, fileCutAtEachCall_isTheWholeOneTheShorterOneOrRefused_andTheNextImportIsRight) {
+  Import trial(way);
+  const Texts golden = trial.run();
+  Texts outcomes;
   std::size_t number = 1;
   for (bool isReached = true; isReached; ++number) {
     std::size_t calls = 0;
     trial.host.files.before = [&](auto, auto) {
       if (++calls == number)
-        std::filesystem::resize_file(trial.path(), size / 2);
+        std::filesystem::resize_file(trial.path(), shorter.file.size());
     };
     const Texts result = trial.run();
     isReached = calls >= number;
     trial.host.files.before = [](auto, auto) {};
     SCOPED_TRACE(number);
-    if (GetParam().call == Way::Call::send && isReached)
-      expectBeginning(result, golden);
-    trial.host.folder.write("import.txt", GetParam().file);
+    outcomes.push_back(nameOf(result, golden));
+    trial.host.folder.write("import.txt", way.file);
     EXPECT_TRUE(trial.isTidy());
     EXPECT_EQ(golden, trial.run());
+    EXPECT_EQ(Texts{}, trial.errors);
   }
-  std::cout << "fault points: " << number - 2 << '\n';
+  EXPECT_EQ("shorter", outcomes.front());
+  EXPECT_EQ("whole", outcomes.back());
+  EXPECT_EQ(kFileCalls.at(way.name), number - 2);
+  std::cout << "fault points: " << number - 2;
+  for (const std::string outcome : {"whole", "shorter", "refused"})
+    std::cout << ", " << outcome << ' ' << std::count(outcomes.begin(), outcomes.end() - 1, outcome);
+  std::cout << '\n';
 }
 
-INSTANTIATE_TEST_SUITE_P(, LengthFaults, testing::ValuesIn(ways()), [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(, LengthFaults, testing::Combine(testing::ValuesIn(ways()), testing::Bool()),
+                         [](const auto& test) {
+                           return std::get<0>(test.param).name +
+                                  (std::get<1>(test.param) ? "_insideALine" : "_behindALine");
+                         });
 
 /// Reads one byte at a time.
 class SlowSource : public ByteSource {

@@ -98,16 +98,16 @@ BackgroundProcess::~BackgroundProcess() {
   ::close(m_out);
 }
 
-void BackgroundProcess::kill() {
-  end(SIGKILL);
+int BackgroundProcess::kill() {
+  return end(SIGKILL);
 }
 
-void BackgroundProcess::end(int signal) {
+int BackgroundProcess::end(int signal) {
   const pid_t pid = std::exchange(m_pid, -1);
   if (pid < 0)
-    return;
+    return -1;
   ::kill(pid, signal);
-  waitFor(pid);
+  return waitFor(pid);
 }
 
 std::string BackgroundProcess::readLine() {

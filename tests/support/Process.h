@@ -29,11 +29,12 @@ class BackgroundProcess {
   /// The next line of its standard output, waited for; empty at the end of the output.
   std::string readLine();
 
-  /// Ends it at once, without a chance to tidy up.
-  void kill();
+  /// Ends it at once, without a chance to tidy up, and tells how it ended, as Ended::status does: 137 where it was
+  /// still running. A second call tells -1.
+  int kill();
 
  private:
-  void end(int signal);
+  int end(int signal);
 
   pid_t m_pid = -1;
   int m_out = -1;

@@ -144,6 +144,16 @@ void FaultyFiles::makeDirectory(std::string_view path) {
   m_disk.makeDirectory(path);
 }
 
+bool FaultyFiles::isSameFile(std::string_view a, std::string_view b) const {
+  before("isSameFile", a);
+  return m_disk.isSameFile(a, b);
+}
+
+std::string FaultyFiles::workingDirectory() const {
+  before("workingDirectory", {});
+  return working;
+}
+
 int openStreamCount() {
   return openStreams;
 }

@@ -120,13 +120,14 @@ class FaultyFiles : public host::Files {
  public:
   std::unique_ptr<ByteSource> openForInput(std::string_view path) override;
   std::unique_ptr<ByteSink> openForOutput(std::string_view path, host::Owner owner) override;
-  bool isSameFile(std::string_view a, std::string_view b) const override { return m_disk.isSameFile(a, b); }
+  bool isSameFile(std::string_view a, std::string_view b) const override;
   void changeDirectory(std::string_view path) override;
   void makeDirectory(std::string_view path) override;
-  std::string workingDirectory() const override { return working; }
+  std::string workingDirectory() const override;
 
   /// Called with the name of the call ("openForInput", "read", "rewind", "openForOutput", "write", "close",
-  /// "changeDirectory", "makeDirectory") and its path.
+  /// "isSameFile", "changeDirectory", "makeDirectory", "workingDirectory") and its path: of two the first, of none the
+  /// empty text.
   std::function<void(std::string_view call, std::string_view path)> before = [](auto, auto) {};
   std::string working;
 
