@@ -192,7 +192,7 @@ class IMEX_EXPORT ImExActionCtrl : public QWidget {
   void importToServer();
   void importToHost();
   template <class Read, class Items>
-  void insertReadTwice(Read&& read, void (ImExActionCtrl::*signal)(Items&));
+  void insertReadTwice(const Read& read, void (ImExActionCtrl::*signal)(Items&));
   template <class Items>
   void insertItems(Items items, void (ImExActionCtrl::*signal)(Items&));
   void restoreImport();

@@ -130,7 +130,7 @@ void ImExActionCtrl::importToHost() {
 
 /// Hands over what the second reading gives.
 template <class Read, class Items>
-void ImExActionCtrl::insertReadTwice(Read&& read, void (ImExActionCtrl::*signal)(Items&)) {
+void ImExActionCtrl::insertReadTwice(const Read& read, void (ImExActionCtrl::*signal)(Items&)) {
   if (hasItems(read()))
     insertItems(read(), signal);
 }
