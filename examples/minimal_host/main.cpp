@@ -144,12 +144,12 @@ class Window : public QTabWidget {
   void start() {
     m_import->initializeClientToServer();
     m_quote->initializeClientToClient();
-    m_quote->setDataType(1); // quote line items
     for (ImExActionCtrl* panel : {m_import, m_quote}) {
       panel->Requestor(m_user);
       panel->LoginReqd(false);
       panel->isCentralizedAgent = false;
     }
+    m_quote->setDataType(1); // quote line items
   }
 
  protected:

@@ -47,8 +47,9 @@ class Catalogue : public testing::Test {
   }
 
   /// The box after a failure.
-  Box failureBox(std::string_view file, std::string_view title) const {
-    return {"An error was encountered while attempting read dat file (" + pathOf(file) +
+  Box failureBox(std::string_view file, std::string_view title) const { return boxNaming(pathOf(file), title); }
+  static Box boxNaming(std::string_view path, std::string_view title) {
+    return {"An error was encountered while attempting read dat file (" + std::string(path) +
                 ").\r\nSome file types will not be editable. Please contact production support to have this corrected.",
             48, std::string(title)};
   }
@@ -412,6 +413,43 @@ TEST_F(Catalogue, moreThan32767Columns_overflow) {
   EXPECT_EQ(getFormatColumns("PRODUCTAGENT"), nullptr);
   EXPECT_EQ(int{getFormatColumnCount("PRODUCTAGENT")}, 0);
   EXPECT_EQ(openStreamCount(), 0);
+}
+
+TEST_F(Catalogue, aTraceLogThatFails_closesEveryFileToo) {
+  ImExModule::openFiles().openForInput(7, [] { return std::make_unique<MemorySource>("text"); });
+  host.trace->onTrace = [] { throw RuntimeError(ErrorNumber::diskFull, "Log"); };
+  ImExModule::initialize();
+  host.trace->onTrace = [] {};
+  EXPECT_FALSE(ImExModule::openFiles().isOpen(7));
+  EXPECT_EQ(host.messageBox.boxes, (std::vector<Box>{boxNaming("", "Error Number: 61 - Disk full")}));
+}
+
+TEST_F(Catalogue, withoutAnApplication_theFileIsNamedWithoutItsFolder) {
+  host.services.application = nullptr;
+  host.install();
+  ImExModule::initialize();
+  EXPECT_EQ(host.messageBox.boxes, (std::vector<Box>{boxNaming("\\docs\\formatagentcustomer.dat",
+                                                               "Error Number: 429 - Component can't create object")}));
+}
+
+TEST_F(Catalogue, aDirectoryThatCannotBeAskedFor_isThatOfTheFileWhoseTurnItIs) {
+  class FailingApplication : public FakeApplication {
+   public:
+    std::string path() const override {
+      std::string path = FakeApplication::path();
+      if (asked == 4)
+        throw RuntimeError(ErrorNumber::permissionDenied, "Application");
+      return path;
+    }
+  } application;
+  application.directory = host.application.directory;
+  host.services.application = &application;
+  host.install();
+  ImExModule::initialize();
+  EXPECT_EQ(host.messageBox.boxes,
+            (std::vector<Box>{boxNaming("\\docs\\formatagentproject.dat", "Error Number: 70 - Permission denied")}));
+  EXPECT_EQ(int{getFormatColumnCount("PRODUCTAGENT")}, 11);
+  EXPECT_EQ(getFormatColumns("PROJECTLINEITEMAGENT"), nullptr);
 }
 
 TEST_F(Catalogue, fileNumber1InUse_isReportedAndClosed) {

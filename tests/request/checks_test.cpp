@@ -400,6 +400,25 @@ TEST_F(ImExRequestEditCheck, anErrorInTheMiddleOfTheFile_isRecordedAndRefused) {
   expectedBoxes = {kUnreadableBox};
 }
 
+TEST_F(ImExRequestEditCheck, aRefusal_leavesRowCount) {
+  request.rowCount(7);
+  request.CheckedFileName(host.folder / "nowhere.txt");
+  EXPECT_FALSE(request.checkFileForEdit());
+  EXPECT_EQ(request.rowCount(), 7) << "a missing file";
+
+  importFile(repeated("a", 32768));
+  EXPECT_FALSE(request.checkFileForEdit());
+  EXPECT_EQ(request.rowCount(), 7) << "too many lines";
+
+  importFile(repeated(std::string(100, 'x'), 20000));
+  failReading(2, 3, RuntimeError(ErrorNumber::deviceIoError, "Disk"));
+  EXPECT_FALSE(request.checkFileForEdit());
+  EXPECT_EQ(request.rowCount(), 7) << "an error in the middle";
+
+  expectedErrors = {"! ImExRequest checkFileForEdit 57 Disk: Device I/O error"};
+  expectedBoxes = {kUnreadableBox, kLimitBox, kUnreadableBox};
+}
+
 TEST_F(ImExRequestEditCheck, aTakenFileNumberOne_isRefused) {
   importFile("a\r\n");
   const ImExModule::InputFile held(host.folder / "out/other.txt", 1);

@@ -1,4 +1,5 @@
 #include "LineItemTest.h"
+#include "traceLines.h"
 
 #include <gtest/gtest.h>
 
@@ -30,17 +31,6 @@ class ImExRequestLineItemTrace : public LineItemTest {
 };
 IMEX_FOR_EACH_LINE_ITEM_KIND(ImExRequestLineItemTrace);
 
-Texts pair(const std::string& text) {
-  return {"> " + text, "< " + text};
-}
-
-Texts concatenated(const std::vector<Texts>& parts) {
-  Texts result;
-  for (const Texts& part : parts)
-    result.insert(result.end(), part.begin(), part.end());
-  return result;
-}
-
 Texts ImExRequestLineItemTrace::stores(std::size_t first) const {
   const Texts properties = {"quantity",     "AType",
                             "Brand",        "CatalogNumber",
@@ -52,13 +42,6 @@ Texts ImExRequestLineItemTrace::stores(std::size_t first) const {
     parts.push_back(pair(kind.record + " " + properties[column - 1] + "()"));
   return concatenated(parts);
 }
-
-/// What forming the format key leaves.
-const Texts kKey = {"> ImExRequest setTabCount()", "> ImExRequest tabCount()", "< ImExRequest tabCount()",
-                    "< ImExRequest setTabCount()"};
-const Texts kSplit = concatenated({pair("ImExRequest DelimiterAscii()"), pair("ImExModule Parse()")});
-const Texts kErrorRecord =
-    concatenated({pair("ImportExportErrorBean RowNumber()"), pair("ImportExportErrorBean RowError()")});
 
 TEST_P(ImExRequestLineItemTrace, aGoodFile_isTracedWhole) {
   importFile(goodRow() + "\r\n" + goodRow());

@@ -1,32 +1,30 @@
 // A request without a trace log, or with one that keeps errors alone: it does the same, in fewer steps.
 
 #include "RequestTest.h"
+#include "support/ErrorLog.h"
+#include "traceLines.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
 namespace imex::test {
 namespace {
 
-/// Keeps errors, and must not be told of anything else.
-class ErrorLog : public RecordingTraceLog {
- public:
-  void Trace(std::string_view, std::string_view procedure, std::string_view, std::int32_t) override {
-    ADD_FAILURE() << procedure;
-  }
-  bool takesTraces() const override { return false; }
-};
-
 class ImExRequestUntraced : public RequestTest, public testing::WithParamInterface<bool> {
  protected:
   void SetUp() override {
     configure("CUSTOMER", "AGENT");
     if (GetParam())
-      host.services.createTraceLog = [log = std::make_shared<ErrorLog>()] { return log; };
+      ErrorLog::installed(host);
     else
-      host.services.createTraceLog = nullptr;
+      installNoLog();
+  }
+
+  void installNoLog() {
+    host.services.createTraceLog = nullptr;
     host.install();
   }
 
@@ -99,6 +97,109 @@ TEST_P(ImExRequestUntraced, moreLinesThan16BitsCount_areNotSent) {
 
 INSTANTIATE_TEST_SUITE_P(Logs, ImExRequestUntraced, testing::Bool(),
                          [](const auto& hasLog) { return hasLog.param ? "ErrorsAlone" : "None"; });
+
+// --- The errors and the traces themselves ---------------------------------------------------------------------------
+
+class ImExRequestErrorRecords : public RequestTest {
+ protected:
+  /// The error records of one sending, in a log of this kind.
+  Texts errorsOfSending(const std::shared_ptr<RecordingTraceLog>& log) {
+    host.services.createTraceLog = [log] { return log; };
+    host.install();
+    configure("INVOICE", "HALVIK"); // no format of the catalogue, so every look-up of its columns is an error
+    request.tabCount(2);
+    log->lines.clear();
+    request.send();
+    return log->errors();
+  }
+};
+
+TEST_F(ImExRequestErrorRecords, areTheSameForALogThatKeepsErrorsAlone) {
+  host.serviceCall.result = answer("fine", {});
+  importFile("a|b\r\nc|d\r\ne|f\r\n");
+
+  const Texts whole = errorsOfSending(std::make_shared<RecordingTraceLog>());
+  EXPECT_EQ(errorsOfSending(std::make_shared<ErrorLog>()), whole);
+
+  constexpr int kSettings = 2; // what is told to the service, and what the lines are sent as
+  constexpr int kLines = 3;
+  constexpr int kAnswer = 1;
+  EXPECT_EQ(std::count(whole.begin(), whole.end(), kUnknownFormat), kSettings + kLines + kAnswer);
+  EXPECT_EQ(whole.back(), "! ImExRequest mergeLineResults 91 ImExRequest: Object variable not set");
+  EXPECT_EQ(host.serviceCall.calls.size(), 2U);
+}
+
+/// A request whose events nobody answers, so that the trace is its own alone.
+class ImExRequestWholeTrace : public RequestTest {
+ protected:
+  ImExRequestWholeTrace() {
+    quiet.DataOrigin("AGENT");
+    quiet.DataType("CUSTOMER");
+    quiet.Delimiter("PIPE");
+    quiet.CheckedFileName(importPath());
+    quiet.Directory(host.folder / "out/");
+    host.trace->lines.clear();
+  }
+
+  ImExRequest quiet;
+};
+
+TEST_F(ImExRequestWholeTrace, ofASendingOfOneLine) {
+  importFile(customerLine() + "\r\n");
+  host.serviceCall.error = RuntimeError(ErrorNumber::deviceIoError, "Service");
+
+  EXPECT_EQ(raisedNumber([&] { quiet.send(); }), 57);
+
+  const Texts toldToTheService = kKey;
+  const Texts sentAs = kKey;
+  EXPECT_EQ(host.trace->lines,
+            concatenated({toldToTheService,
+                          sentAs,
+                          {"> ImExRequest readImportFile()"},
+                          pair("ImExModule checkFileExists(fileName = " + importPath() + ")"),
+                          pair("ImExRequest DelimiterAscii()"),
+                          pair("ImExRequest tabCount()"),
+                          {"> ImExRequest simpleClientValidation()"},
+                          pair("ImExModule Parse()"),
+                          kKey,
+                          pair("ImExRequest validateAgentCustomer()"),
+                          {"< ImExRequest simpleClientValidation()", "< ImExRequest readImportFile()"}}));
+}
+
+TEST_F(ImExRequestWholeTrace, ofAnAnswerAboutOneLine) {
+  quiet.Deserialize(*answer("done", {{false, "a|b", "1", {"bad"}, {"odd"}}}));
+
+  const Texts number = pair("ImExFormat LineNumber()");
+  const Texts line = pair("ImExFormat Line()");
+  const Texts verdict = pair("ImExFormat ActionSuccessful()");
+  EXPECT_EQ(host.trace->lines, concatenated({{"> ImExRequest Deserialize()", "> ImExReply processReply()"},
+                                             pair("ImExReply reply()"),
+                                             pair("ImExReply hasErrors()"),
+                                             pair("ImExReply hasWarnings()"),
+                                             verdict,
+                                             line,
+                                             number,
+                                             {"< ImExReply processReply()", "> ImExRequest mergeLineResults()"},
+                                             number, // in the list of failures, for the warning and for the error
+                                             number,
+                                             number,
+                                             verdict,
+                                             kErrorRecord,
+                                             kErrorRecord,
+                                             kErrorRecord,
+                                             line,
+                                             kSplit,
+                                             kKey,
+                                             {"> ImExRequest writeResultsReport()"},
+                                             pair("ImExRequest Directory()"),
+                                             number,
+                                             line,
+                                             verdict,
+                                             {"< ImExRequest writeResultsReport()"},
+                                             pair("ImExRequest tabCount()"),
+                                             pair("ImExRequest DelimiterAscii()"),
+                                             {"< ImExRequest mergeLineResults()", "< ImExRequest Deserialize()"}}));
+}
 
 // --- Rows that nobody takes -----------------------------------------------------------------------------------------
 

@@ -313,6 +313,7 @@ TEST(TextReader, plainAscii_isReadOnce) {
   EXPECT_EQ(linesOf(reader), (Lines{text}));
   EXPECT_EQ(count, 11 * kBuffer);
   EXPECT_EQ(reader.encoding(), Encoding::utf8);
+  EXPECT_EQ(count, 11 * kBuffer) << "all of it was seen, so the encoding is known";
 }
 
 TEST(TextReader, theFirstCharacterBeyondAscii_mayComeAnywhere) {

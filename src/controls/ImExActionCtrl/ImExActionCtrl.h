@@ -36,8 +36,10 @@ class ImExActionCtrl;
 /// once. Before it, every property but the read of RestrictedDataType fails with error 91.
 ///
 /// Errors. A member that the host calls records its error and raises it again, with number, source and description. A
-/// button or a list records its error and shows a box. btnTemplate and cmbDataOrigin do neither: their errors leave
-/// the event, and the host's QApplication::notify() meets them. What was set before an error stays set.
+/// button or a list records its error and shows a box. There are these exceptions: cmdExit records its error and shows
+/// no box. btnTemplate and cmbDataOrigin neither record nor show theirs: it leaves the event, and the host's
+/// QApplication::notify() meets it. The errors of both functions RestrictDataOrigin go to the host without a record of
+/// theirs. What was set before an error stays set.
 ///
 /// Names. Child widgets have the names of the panel's controls ("cmbDataType"). A pair of option buttons is a
 /// QButtonGroup of the pair's name ("optWarnings") whose identifiers are the indexes; its buttons are "optWarnings_0"
@@ -189,6 +191,10 @@ class IMEX_EXPORT ImExActionCtrl : public QWidget {
   class Sending;
   void importToServer();
   void importToHost();
+  template <class Read, class Items>
+  void insertReadTwice(const Read& read, void (ImExActionCtrl::*signal)(Items&));
+  template <class Items>
+  void insertItems(Items items, void (ImExActionCtrl::*signal)(Items&));
   void restoreImport();
   bool isFocusUnclaimed() const;
   void cmdViewErrors_Click();
@@ -244,7 +250,7 @@ class IMEX_EXPORT ImExActionCtrl : public QWidget {
 
   std::unique_ptr<Ui::ImExActionCtrl> m_ui;
   bool m_isOptionPressed = false; ///< by the user, whose click follows
-  bool m_isSending = false;       ///< an import to the server is under way; what the user clicks meanwhile is dropped
+  bool m_isSending = false; ///< to the server; buttons do nothing then, in a loop of events that a handler may run
   std::shared_ptr<ImExRequest> m_imExRequest; ///< null before a mode call
   std::int32_t m_restrictedOrigin = 0;        ///< the index given to RestrictDataOrigin
 };

@@ -14,6 +14,11 @@ struct Choice {
   std::string_view code;
 };
 
+// Each kind of line items is read and handed over in a way of its own.
+inline constexpr std::string_view kProjectLineItems = "Project Line Items";
+inline constexpr std::string_view kQuoteLineItems = "Quote Line Items";
+inline constexpr std::string_view kOrderLineItems = "Order Line Items";
+
 // The two kinds of import: master data, sent to the service, and line items, handed to the host.
 inline constexpr std::array<Choice, 5> kClientToServerTypes = {{
     {"Customers", "CUSTOMER"},
@@ -23,9 +28,9 @@ inline constexpr std::array<Choice, 5> kClientToServerTypes = {{
     {"Ballasts", "BALLASTS"},
 }};
 inline constexpr std::array<Choice, 3> kClientToClientTypes = {{
-    {"Project Line Items", "PROJECTLINEITEM"},
-    {"Quote Line Items", "QUOTELINEITEM"},
-    {"Order Line Items", "ORDERLINEITEM"},
+    {kProjectLineItems, "PROJECTLINEITEM"},
+    {kQuoteLineItems, "QUOTELINEITEM"},
+    {kOrderLineItems, "ORDERLINEITEM"},
 }};
 
 inline constexpr std::array<Choice, 2> kDataOrigins = {{

@@ -1,13 +1,13 @@
 #include "controls/ImExActionCtrl/ImExActionCtrl.h"
 
 #include "controls/ImExActionCtrl/choices.h"
+#include "controls/common/dropWaitingInput.h"
 #include "host/MessageBox.h"
 #include "host/ProgressDisplay.h"
 #include "host/Services.h"
 #include "request/shared.h"
 #include "ui_ImExActionCtrl.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 
 #include <memory>
@@ -18,6 +18,10 @@ namespace {
 
 void showInformation(std::string_view prompt) {
   host::required(host::services().messageBox).show(prompt, host::kInformationStyle, kMaintenanceTitle);
+}
+
+void tellThatNothingIsOffered() {
+  showInformation("The Import / Export request is not yet offered. Please make another selection.");
 }
 
 /// The host's progress display with the texts of an import; null where the host has none.
@@ -71,7 +75,7 @@ void ImExActionCtrl::cmdImportExport_Click() {
         else if (clientToClientTaskReady())
           importToHost();
         else
-          showInformation("The Import / Export request is not yet offered. Please make another selection.");
+          tellThatNothingIsOffered();
       },
       ShowBox{});
 }
@@ -90,7 +94,7 @@ void ImExActionCtrl::importToServer() {
     sent->isCentralizedAgent = isCentralizedAgent;
     const Sending sending(*this);
     sent->send();
-    QCoreApplication::processEvents(); // drops the clicks of a user who would not wait
+    dropWaitingInput(); // of a user who would not wait
   }
   if (!self)
     throw LeaveEarly();
@@ -112,21 +116,29 @@ void ImExActionCtrl::restoreImport() {
 
 /// Project and quote files are read twice, order files once, as it has always been.
 void ImExActionCtrl::importToHost() {
-  const std::shared_ptr<ImExRequest> read = m_imExRequest;
+  const std::shared_ptr<ImExRequest> read = m_imExRequest; // a handler may call a mode method
   const std::string type = dataTypeText();
-  if (type == "Project Line Items") {
-    if (!hasItems(read->serializeProjectLineItemFile()))
-      return;
-    if (ProjectLineItemsPtr items = read->serializeProjectLineItemFile(); hasItems(items))
-      Q_EMIT insertProjectLineItems(items);
-  } else if (type == "Quote Line Items") {
-    if (!hasItems(read->serializeQuoteLineItemFile()))
-      return;
-    if (QuoteLineItemsPtr items = read->serializeQuoteLineItemFile(); hasItems(items))
-      Q_EMIT insertQuoteLineItems(items);
-  } else if (OrderLineItemsPtr items = read->serializeOrderLineItemFile(); hasItems(items)) {
-    Q_EMIT insertOrderLineItems(items);
-  }
+  if (type == kProjectLineItems)
+    insertReadTwice([&] { return read->serializeProjectLineItemFile(); }, &ImExActionCtrl::insertProjectLineItems);
+  else if (type == kQuoteLineItems)
+    insertReadTwice([&] { return read->serializeQuoteLineItemFile(); }, &ImExActionCtrl::insertQuoteLineItems);
+  else if (type == kOrderLineItems)
+    insertItems(read->serializeOrderLineItemFile(), &ImExActionCtrl::insertOrderLineItems);
+  else
+    tellThatNothingIsOffered();
+}
+
+/// Hands over what the second reading gives.
+template <class Read, class Items>
+void ImExActionCtrl::insertReadTwice(const Read& read, void (ImExActionCtrl::*signal)(Items&)) {
+  if (hasItems(read()))
+    insertItems(read(), signal);
+}
+
+template <class Items>
+void ImExActionCtrl::insertItems(Items items, void (ImExActionCtrl::*signal)(Items&)) {
+  if (hasItems(items))
+    Q_EMIT(this->*signal)(items);
 }
 
 void ImExActionCtrl::cmdViewErrors_Click() {

@@ -6,6 +6,7 @@
 #include "ui_ImExActionCtrl.h"
 
 #include <QButtonGroup>
+#include <QPointer>
 #include <QSignalBlocker>
 
 #include <span>
@@ -48,12 +49,19 @@ void ImExActionCtrl::createRequest() {
   connectRequest();
 }
 
+/// A request that is sending outlives a panel that a handler deletes; what it still tells is then heard by nobody.
 void ImExActionCtrl::connectRequest() {
+  const auto connectTo = [this](auto& event, auto heard) {
+    event.connect([self = QPointer(this), heard](const auto&... arguments) {
+      if (self)
+        (self->*heard)(arguments...);
+    });
+  };
   ImExRequest& request = *m_imExRequest;
-  request.MessageReceived.connect([this](const auto& reply) { mImExRequest_MessageReceived(reply); });
-  request.SerializationFailed.connect([this](const auto& message) { mImExRequest_SerializationFailed(message); });
-  request.editImportFile.connect([this](const auto&... arguments) { mImExRequest_editImportFile(arguments...); });
-  request.showErrors.connect([this](const auto&... arguments) { mImExRequest_showErrors(arguments...); });
+  connectTo(request.MessageReceived, &ImExActionCtrl::mImExRequest_MessageReceived);
+  connectTo(request.SerializationFailed, &ImExActionCtrl::mImExRequest_SerializationFailed);
+  connectTo(request.editImportFile, &ImExActionCtrl::mImExRequest_editImportFile);
+  connectTo(request.showErrors, &ImExActionCtrl::mImExRequest_showErrors);
 }
 
 /// Marks an option as code does it: the handler runs whether the option was marked before or not.

@@ -11,7 +11,6 @@ namespace imex {
 
 namespace {
 
-constexpr int kBarCharacter = 124;
 constexpr std::string_view kKeyDownFailed =
     "An error has occurred while processing the key down event within the cell editor.";
 

@@ -16,6 +16,10 @@ int centre(int controlWidth) {
   return roundHalfToEven(controlWidth / 2.0);
 }
 
+double unboundedCellWidth(double textPixels, double twipsPerPixel) {
+  return std::nearbyint((textPixels + kBesideText) * twipsPerPixel);
+}
+
 } // namespace
 
 int roundHalfToEven(double value) {
@@ -49,12 +53,11 @@ int requiredMeasure(int pixels) {
 }
 
 int cellWidthAtMost(double textPixels, double twipsPerPixel) {
-  const double twips = std::nearbyint((textPixels + kBesideText) * twipsPerPixel);
-  return static_cast<int>(std::min(twips, double{Integer::kMax}));
+  return static_cast<int>(std::min(unboundedCellWidth(textPixels, twipsPerPixel), double{Integer::kMax}));
 }
 
 Integer cellWidth(double textPixels, double twipsPerPixel) {
-  const double twips = std::nearbyint((textPixels + kBesideText) * twipsPerPixel);
+  const double twips = unboundedCellWidth(textPixels, twipsPerPixel);
   if (twips > Integer::kMax)
     throw RuntimeError(ErrorNumber::overflow, "ImExFileEdit");
   return static_cast<int>(twips);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Grid.h"
 #include "runtime/Integer.h"
 
 namespace imex {
@@ -34,5 +35,8 @@ Integer cellWidth(double textPixels, double twipsPerPixel);
 int cellWidthAtMost(double textPixels, double twipsPerPixel);
 
 inline constexpr int kBesideText = 10; // pixels that a cell has beside its text
+
+/// The cell of the first record's first field, behind the fixed row and column.
+inline constexpr host::GridCell kFirstCell{1, 1};
 
 } // namespace imex

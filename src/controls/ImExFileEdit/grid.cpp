@@ -22,7 +22,6 @@ namespace {
 constexpr int kCtrlC = 'C';
 constexpr int kCtrlV = 'V';
 constexpr int kCtrlX = 'X';
-constexpr int kBarCharacter = 124;
 constexpr int kOkAlone = 0; // a box without an icon
 
 constexpr std::string_view kDblClickFailed =

@@ -23,6 +23,9 @@ inline constexpr int kEnterKey = 13;
 inline constexpr int kDeleteKey = 46;
 inline constexpr int kBarKey = 220;
 
+/// The code of the vertical bar as a character.
+inline constexpr int kBarCharacter = 124;
+
 /// A key as it goes down or up.
 struct KeyStroke {
   int code;  ///< 0 for a key that has no code

@@ -1,6 +1,7 @@
 #include "controls/ImExFileEdit/ErrorCursor.h"
 #include "controls/ImExFileEdit/ImExFileEdit.h"
 #include "controls/ImExFileEdit/RecordRows.h"
+#include "controls/ImExFileEdit/editorLayout.h"
 #include "controls/ImExFileEdit/namedFile.h"
 #include "host/MessageBox.h"
 #include "host/Services.h"
@@ -18,7 +19,6 @@ namespace {
 
 constexpr int kNumberColumnWidth = 400; // twips
 constexpr int kMessageHeight = 10;      // twips that a message takes above a line's height
-constexpr host::GridCell kFirstCell{1, 1};
 constexpr int kNoColumn = -1;
 constexpr std::string_view kNoDelimiters = "A record within your import file contains no delimiters.";
 constexpr std::string_view kSkipped = "The record has been skipped.";

@@ -1,4 +1,5 @@
 #include "controls/ImExFileEdit/ImExFileEdit.h"
+#include "controls/ImExFileEdit/editorLayout.h"
 #include "host/Keyboard.h"
 #include "host/Services.h"
 #include "ui_ImExFileEdit.h"
@@ -6,8 +7,6 @@
 namespace imex {
 
 namespace {
-
-constexpr host::GridCell kFirstCell{1, 1};
 
 host::Keyboard& keyboard() {
   return host::required(host::services().keyboard);

@@ -116,6 +116,15 @@ TEST_F(ImExActionCtrlClicks, warningsFollowTheOption) {
   EXPECT_EQ(plain("optWarnings_Click"), everything());
 }
 
+TEST_F(ImExActionCtrlClicks, allowedWarningsOfBallastsReachTheService) {
+  choose("cmbDataType", "Ballasts");
+  click("optWarnings_1");
+  const host::RequestInformation information = sent();
+  EXPECT_EQ("BALLASTS", information.dataType);
+  EXPECT_TRUE(information.allowWarnings);
+  EXPECT_TRUE(host.messageBox.boxes.empty());
+}
+
 TEST_F(ImExActionCtrlClicks, allowedWarningsReachTheService) {
   click("optWarnings_1");
   EXPECT_TRUE(sent().allowWarnings);
@@ -177,6 +186,18 @@ TEST_F(ImExActionCtrlWithoutAMode, clicksFailWithBoxes) {
   EXPECT_EQ(failure("optTruncation_Click"), everything());
   click("optWarnings_1");
   EXPECT_EQ(failure("optWarnings_Click"), everything());
+}
+
+TEST_F(ImExActionCtrlWithoutAMode, choicesFailWithBoxes) {
+  const std::vector<std::pair<const char*, const char*>> texts = {{"cmbDataType", "Customers"},
+                                                                  {"cmbDelimiter", "Tab"}};
+  for (const auto& [name, text] : texts) {
+    list(name).append(QLatin1String(text));
+    list(name).setFocus();
+    QTest::keyClick(&list(name), Qt::Key_Down);
+    EXPECT_EQ(0, list(name).listIndex());
+    EXPECT_EQ(failure(std::string(name) + "_Click"), everything());
+  }
 }
 
 } // namespace

@@ -3,6 +3,9 @@
 #include <QEvent>
 #include <QObject>
 
+#include <algorithm>
+#include <filesystem>
+
 namespace imex::test {
 
 namespace {
@@ -291,6 +294,95 @@ TEST_F(ImExActionCtrlFiles, hostThatCannotEditIsReported) {
             press("cmdEditFile"));
 }
 
+TEST_F(ImExActionCtrlFiles, newFileBeforeAModeCallKeepsWhatWasSet) {
+  const std::string error = " 91 ImExActionCtrl: Object variable not set";
+  EXPECT_EQ((Texts{"> panel cmdEditFile_Click()", "! ImExActionCtrl DataType" + error,
+                   "! ImExActionCtrl btnNew_Click" + error,
+                   kBox + "91 - Object variable not set: The requested operation could not be completed."}),
+            press("btnNew"));
+  EXPECT_EQ("070320241405.txt", filePath());
+  EXPECT_EQ("Import file opened for edit.", status());
+}
+
+TEST_F(ImExActionCtrlFiles, editBeforeAModeCallSetsNothing) {
+  const std::string path = giveFile({"one"});
+  EXPECT_EQ((Texts{"> panel cmdEditFile_Click()",
+                   "! ImExActionCtrl cmdEditFile_Click 91 ImExActionCtrl: Object variable not set",
+                   kBox + "91 - Object variable not set: The requested operation could not be completed."}),
+            press("cmdEditFile"));
+  EXPECT_EQ(path, filePath());
+  EXPECT_EQ("", status());
+}
+
+TEST_F(ImExActionCtrlFiles, handlersShareTheArgumentsOfANewFileAndTheSettingsStay) {
+  start();
+  QObject::connect(
+      &panel, &ImExActionCtrl::newImportFile, &panel,
+      [](QString& message, Integer& rows, Integer& columns, QString& file, StringsPtr& headers, Integer& delimiter) {
+        message = file = QStringLiteral("changed");
+        rows = columns = delimiter = 0;
+        headers.reset();
+      });
+  Texts seen;
+  QObject::connect(
+      &panel, &ImExActionCtrl::newImportFile, &panel,
+      [&](QString& message, Integer& rows, Integer& columns, QString& file, StringsPtr& headers, Integer& delimiter) {
+        seen = {toCore(message), toText(rows), toCore(file), toText(columns) + toText(delimiter),
+                headers ? "headers" : "(nothing)"};
+      });
+  const Texts first = press("btnNew");
+  EXPECT_EQ((Texts{"changed", "0", "changed", "00", "(nothing)"}), seen);
+  EXPECT_EQ(host.files.working + "070320241405.txt", filePath());
+  EXPECT_EQ("Import file opened for edit.", status());
+  EXPECT_EQ(first, press("btnNew"));
+}
+
+TEST_F(ImExActionCtrlFiles, handlersShareThePathOfADocumentAndTheSettingsStay) {
+  start();
+  host.folder.write("app/docs/SPECCUSTOMERAGENT.html", "<html/>");
+  giveFile({"one"});
+  QTest::keyClick(&child<QLineEdit>("txtFilePath"), Qt::Key_Return);
+  QObject::connect(&panel, &ImExActionCtrl::showDocs, &panel, [](QString& path) { path = QStringLiteral("changed"); });
+  std::string seen;
+  QObject::connect(&panel, &ImExActionCtrl::showDocs, &panel, [&](QString& path) { seen = toCore(path); });
+  for (const char* button : {"cmdViewErrors", "cmdViewDocumentation", "btnMoreInfoWarnings", "btnMoreInfoTruncation"}) {
+    seen.clear();
+    const Texts first = press(button);
+    EXPECT_EQ("changed", seen) << button;
+    EXPECT_EQ(first, press(button)) << button;
+  }
+}
+
+// --- Paths beyond ASCII ---------------------------------------------------------------------------------------------
+
+TEST_F(ImExActionCtrlFiles, pathBeyondAsciiArrivesByteForByte) {
+  start();
+  const std::string folder = host.folder / "Größe/";
+  const std::string path = host.folder.write("Größe/é.txt", textLines({customerLine()}));
+  const std::string page = folder + "validationresults.html";
+  host.serviceCall.result = answer("ok", {{true, customerLine(), "1"}});
+  typePath(path);
+  QTest::keyClick(&child<QLineEdit>("txtFilePath"), Qt::Key_Return);
+  EXPECT_EQ(path, toCore(panel.CheckedFileName()));
+  EXPECT_EQ("* showDocs " + page, press("cmdViewErrors")[1]);
+  EXPECT_EQ("* editImportFile Import file opened for edit.|1|13|" + path + "|Field 1 ... 13|9",
+            press("cmdEditFile")[1]);
+
+  EXPECT_EQ(1, std::ranges::count(press("cmdImportExport"), "* showErrors " + path + "|1|1|1|14|Field 1 ... 14|9"));
+  EXPECT_TRUE(std::filesystem::exists(page));
+  EXPECT_EQ("* showDocs " + page, press("cmdViewErrors")[1]);
+
+  onSignal = [] { throw RuntimeError(53, "desk", "File not found"); };
+  EXPECT_EQ(kBox + "53 - File not found: An error was encountered while attempting to view the import results file " +
+                page + " using your Internet Browser.",
+            press("cmdViewErrors").back());
+  host.messageBox.answer = host::Answer::yes;
+  host.folder.write("Größe/é.txt", "one field\r\n");
+  EXPECT_EQ(
+      1, std::ranges::count(press("cmdImportExport"),
+                            kBox + "53 - File not found: An error was encountered while editing file " + path + "."));
+}
+
 // --- Template -------------------------------------------------------------------------------------------------------
 
 TEST_F(ImExActionCtrlFiles, templateReplacesTheClipboard) {
@@ -299,6 +391,17 @@ TEST_F(ImExActionCtrlFiles, templateReplacesTheClipboard) {
   choose("cmbDataType", "Commissions");
   EXPECT_EQ((Texts{"* clipboard cleared", "* clipboard Field 1\tField 2\tField 3"}), press("btnTemplate"));
   EXPECT_EQ("Field 1\tField 2\tField 3", ui.clipboard.text);
+}
+
+TEST_F(ImExActionCtrlFiles, answerLeavesItsColumnInTheTemplateAndNotInTheCount) {
+  start();
+  const std::string path = giveFile({customerLine()});
+  host.serviceCall.result = answer("ok", {{true, customerLine(), "1"}});
+  click("cmdImportExport");
+  click("btnTemplate");
+  EXPECT_EQ(join(columnNames(13), "\t") + "\tComments", ui.clipboard.text);
+  EXPECT_EQ("* editImportFile Import file opened for edit.|1|13|" + path + "|Field 1 ... 14|9",
+            press("cmdEditFile")[1]);
 }
 
 TEST_F(ImExActionCtrlFiles, templateOfAnUnknownFormatLeavesTheEvent) {

@@ -1,4 +1,5 @@
 #include "PanelTest.h"
+#include "support/ErrorLog.h"
 
 #include <QButtonGroup>
 #include <QGroupBox>
@@ -201,6 +202,19 @@ TEST_F(ImExActionCtrlForm, statusCanBeReadAndCopiedButNotTyped) {
 }
 
 // --- Size -----------------------------------------------------------------------------------------------------------
+
+TEST_F(ImExActionCtrlForm, logThatKeepsErrorsAloneIsToldOfNothingElse) {
+  const auto log = ErrorLog::installed(host);
+  ImExActionCtrl other;
+  other.initializeClientToServer();
+  other.resize(900, 700);
+  other.show();
+  for (QAbstractButton* each : other.findChildren<QAbstractButton*>())
+    each->click();
+  QTest::keyClick(other.findChild<QWidget*>(QStringLiteral("txtFilePath")), Qt::Key_Return);
+  QTest::keyClick(other.findChild<QWidget*>(QStringLiteral("cmbDelimiter")), Qt::Key_Down);
+  EXPECT_FALSE(log->errors().empty()) << "of specifications that are missing";
+}
 
 TEST_F(ImExActionCtrlForm, frameFollowsThePanelsSize) {
   for (const QSize size : {QSize(900, 700), QSize(300, 200), QSize(1, 1), QSize(0, 0)}) {

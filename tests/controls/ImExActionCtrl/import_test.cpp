@@ -1,5 +1,8 @@
 #include "PanelTest.h"
 
+#include <QShortcut>
+#include <QWindow>
+
 #include <algorithm>
 #include <filesystem>
 #include <utility>
@@ -43,6 +46,15 @@ class ImExActionCtrlImport : public PanelTest {
   static inline const std::string kExit = "< panel cmdImportExport_Click()";
 
   static std::string box(int style, const std::string& text) { return "* box [" + std::to_string(style) + "] " + text; }
+
+  bool isLatest(const std::string& line) const {
+    return !host.trace->lines.empty() && host.trace->lines.back() == line;
+  }
+
+  static Texts errorsOf(Texts all) {
+    std::erase_if(all, [](const std::string& line) { return line[0] != '!'; });
+    return all;
+  }
 
   bool isButtonEnabled() { return child<QWidget>("cmdImportExport").isEnabled(); }
   bool isPointerHourglass() const { return panel.cursor().shape() == Qt::WaitCursor; }
@@ -99,29 +111,6 @@ TEST_F(ImExActionCtrlImport, whileSendingTheButtonIsDisabledAndThePointerAnHourg
   EXPECT_TRUE(wasAsked);
 }
 
-TEST_F(ImExActionCtrlImport, clicksWhileSendingAreDropped) {
-  startClientToServer();
-  giveFile({customerLine()});
-  const auto post = [&](const char* name, QEvent::Type type, Qt::MouseButtons buttons) {
-    auto& button = child<QAbstractButton>(name);
-    const QPointF place = button.rect().center();
-    QCoreApplication::postEvent(
-        &button, new QMouseEvent(type, place, button.mapToGlobal(place), Qt::LeftButton, buttons, Qt::NoModifier));
-  };
-  host.user.onName = [&] { // a user who does not wait
-    for (const char* name : {"cmdImportExport", "btnTemplate"}) {
-      post(name, QEvent::MouseButtonPress, Qt::LeftButton);
-      post(name, QEvent::MouseButtonRelease, Qt::NoButton);
-    }
-  };
-  const std::string before = ui.clipboard.text;
-  import();
-  QCoreApplication::processEvents();
-  EXPECT_EQ(1u, host.serviceCall.calls.size());
-  EXPECT_EQ(before, ui.clipboard.text);
-  EXPECT_TRUE(isButtonEnabled());
-}
-
 TEST_F(ImExActionCtrlImport, keyboardFocusStaysOnTheButton) {
   startClientToServer();
   giveFile({customerLine()});
@@ -140,6 +129,21 @@ TEST_F(ImExActionCtrlImport, panelThatTheHostDeletesMeanwhile_isGone) {
   QTest::mouseClick(&child<QAbstractButton>("cmdImportExport"), Qt::LeftButton);
   EXPECT_TRUE(watched.isNull());
   EXPECT_EQ(Texts{}, host.trace->errors());
+}
+
+TEST_F(ImExActionCtrlImport, whatARequestTellsAPanelThatIsGone_isHeardByNobody) {
+  startClientToServer();
+  giveFile({customerLine()});
+  QPointer<ImExActionCtrl> watched = &panel;
+  onSignal = [&] { delete watched.data(); };
+  host.trace->onTrace = [&] { // the request's own last step fails, of which it tells by an event
+    if (isLatest("< panel mImExRequest_showErrors()"))
+      throw RuntimeError(57, "log", "Device I/O error");
+  };
+  const Texts all = import();
+  EXPECT_TRUE(watched.isNull());
+  EXPECT_EQ(Texts{"! ImExRequest mergeLineResults 57 log: Device I/O error"}, errorsOf(all));
+  EXPECT_TRUE(host.messageBox.boxes.empty());
 }
 
 TEST_F(ImExActionCtrlImport, replyRestoresButtonAndPointer) {
@@ -164,6 +168,21 @@ TEST_F(ImExActionCtrlImport, withoutAProgressDisplayNothingIsShown) {
   host.install();
   import();
   EXPECT_EQ(2U, host.serviceCall.calls.size());
+}
+
+TEST_F(ImExActionCtrlImport, progressDisplayThatCannotBeMadeLeavesTheButtonDisabled) {
+  startClientToServer();
+  giveFile({customerLine()});
+  host.services.createProgressDisplay = []() -> std::unique_ptr<host::ProgressDisplay> {
+    throw RuntimeError(7, "desk", "Out of memory");
+  };
+  host.install();
+  EXPECT_EQ(readyForServer() + lines("! cmdImportExport_Click cmdExit_Click 7 desk: Out of memory",
+                                     box(48, "Error Number: 7 - Out of memory: " + kDefaultPrompt)),
+            import());
+  EXPECT_FALSE(isButtonEnabled());
+  EXPECT_TRUE(isPointerDefault());
+  EXPECT_TRUE(host.serviceCall.calls.empty());
 }
 
 TEST_F(ImExActionCtrlImport, serviceThatIsDownLeavesButtonAndPointer) {
@@ -383,6 +402,37 @@ TEST_F(ImExActionCtrlImport, handlersShareTheArgumentsAndTheSettingsStay) {
   EXPECT_EQ(1U, host.serviceCall.calls.size());
 }
 
+TEST_F(ImExActionCtrlImport, handlersShareTheMessagesAndTheSettingsStay) {
+  startClientToServer();
+  const std::string path = giveFile({customerLine()});
+  QObject::connect(&panel, &ImExActionCtrl::showErrors, &panel,
+                   [](QString& file, RowsPtr& rows, ErrorBeansPtr& errors, Integer& count, Integer& columns,
+                      StringsPtr& headers, Integer& delimiter) {
+                     file = QStringLiteral("changed");
+                     rows.reset();
+                     errors.reset();
+                     count = columns = delimiter = 0;
+                     headers.reset();
+                   });
+  Texts seen;
+  QObject::connect(&panel, &ImExActionCtrl::showErrors, &panel,
+                   [&](QString& file, RowsPtr& rows, ErrorBeansPtr& errors, Integer& count, Integer& columns,
+                       StringsPtr& headers, Integer& delimiter) {
+                     seen = {toCore(file),
+                             rows ? "rows" : "(nothing)",
+                             errors ? "errors" : "(nothing)",
+                             toText(count),
+                             toText(columns),
+                             headers ? "headers" : "(nothing)",
+                             toText(delimiter)};
+                   });
+  const auto shown = [&] { return "* showErrors " + path + "|1|1|1|14|Field 1 ... "; };
+  EXPECT_EQ(1, std::ranges::count(import(), shown() + "14|9"));
+  EXPECT_EQ((Texts{"changed", "(nothing)", "(nothing)", "0", "0", "(nothing)", "0"}), seen);
+  EXPECT_EQ(path, toCore(panel.CheckedFileName()));
+  EXPECT_EQ(1, std::ranges::count(import(), shown() + "15|9")) << "one more column of messages in the catalogue's list";
+}
+
 TEST_F(ImExActionCtrlImport, modeCallDuringAnEventIsSurvived) {
   startClientToServer();
   giveFile({customerLine()});
@@ -396,16 +446,145 @@ TEST_F(ImExActionCtrlImport, modeCallDuringAnEventIsSurvived) {
   EXPECT_EQ("", toCore(panel.CheckedFileName()));
 }
 
+// --- A user who does not wait ---------------------------------------------------------------------------------------
+
+/// Tells of every event that a shortcut is sent.
+class AnyShortcut : public QShortcut {
+ public:
+  using QShortcut::QShortcut;
+
+  bool event(QEvent* event) override {
+    if (event->type() != QEvent::Shortcut)
+      return QShortcut::event(event);
+    Q_EMIT activated();
+    return true;
+  }
+};
+
+/// What a user does, in the queue from which it is delivered later.
+class ImExActionCtrlInput : public ImExActionCtrlImport {
+ protected:
+  ImExActionCtrlInput() {
+    ofHost.show();
+    QObject::connect(&settings, &QShortcut::activated, &settings, [this] { ui.journal("settings"); });
+  }
+
+  static void postKey(QObject& receiver, Qt::Key key, const QString& text = {}) {
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+      QCoreApplication::postEvent(&receiver, new QKeyEvent(type, key, Qt::NoModifier, text));
+  }
+
+  void postClick(const char* name) {
+    auto& button = child<QAbstractButton>(name);
+    const QPointF place = button.rect().center();
+    const auto post = [&](QEvent::Type type, Qt::MouseButtons buttons) {
+      QCoreApplication::postEvent(
+          &button, new QMouseEvent(type, place, button.mapToGlobal(place), Qt::LeftButton, buttons, Qt::NoModifier));
+    };
+    post(QEvent::MouseButtonPress, Qt::LeftButton);
+    post(QEvent::MouseButtonRelease, Qt::NoButton);
+  }
+
+  /// All kinds of it, and in between something that is not the user's.
+  void doAnything() {
+    postKey(child<QLineEdit>("txtFilePath"), Qt::Key_Return);
+    postKey(list("cmbDataType"), Qt::Key_Down);
+    postClick("optTruncation_1");
+    postClick("btnTemplate");
+    postKey(ofHost, Qt::Key_X, QStringLiteral("x"));
+    QCoreApplication::postEvent(&settings, new QShortcutEvent(settings.key(), 0));
+    QMetaObject::invokeMethod(
+        &ofHost,
+        [this] {
+          ui.journal("not the user");
+          ofHost.setFocus();
+        },
+        Qt::QueuedConnection);
+    postKey(*window.windowHandle(), Qt::Key_Y, QStringLiteral("y")); // for what has the focus by then
+    postClick("cmdExit");
+  }
+
+  QLineEdit& ofHost = *new QLineEdit(&window);
+  AnyShortcut settings{QKeySequence(Qt::CTRL | Qt::Key_Comma), &window};
+};
+
+TEST_F(ImExActionCtrlInput, whileSendingIsDroppedAndTheRestIsDelivered) {
+  startClientToServer();
+  const std::string path = giveFile({customerLine()});
+  host.user.onName = [&] { // the first thing that sending asks the host for
+    doAnything();
+    postClick("cmdImportExport");
+  };
+  onSignal = [&] { ofHost.setFocus(); }; // as an editor that shows the lines
+  Texts all = import();
+  QCoreApplication::processEvents();
+  all = all + happened();
+  EXPECT_EQ(readyForServer() + lines(kShown) + plain("mImExRequest_MessageReceived") +
+                lines("> panel mImExRequest_showErrors()", "* showErrors " + path + "|1|1|1|14|Field 1 ... 14|9",
+                      "< panel mImExRequest_showErrors()", "* not the user", kReleased, kExit),
+            all);
+  EXPECT_EQ("Import complete.", status());
+  EXPECT_EQ(QStringLiteral("CUSTOMER"), panel.DataType());
+  EXPECT_EQ(QStringLiteral("Customers"), list("cmbDataType").currentText());
+  EXPECT_TRUE(option("optTruncation_0").isChecked());
+  EXPECT_EQ(QString(), ofHost.text());
+  EXPECT_TRUE(isButtonEnabled());
+}
+
+TEST_F(ImExActionCtrlInput, afterTheImportActsAgain) {
+  startClientToServer();
+  giveFile({customerLine()});
+  import();
+  doAnything();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return std::ranges::count(host.trace->lines, "* exitMaintenance") == 1; }));
+  const Texts all = happened();
+  EXPECT_EQ(1, std::ranges::count(all, "> panel txtFilePath_KeyDown()"));
+  EXPECT_EQ(1, std::ranges::count(all, "> panel optTruncation_Click()"));
+  EXPECT_EQ(1, std::ranges::count(all, "* clipboard cleared"));
+  EXPECT_EQ(1, std::ranges::count(all, "* settings"));
+  EXPECT_EQ(QStringLiteral("Products"), list("cmbDataType").currentText());
+  EXPECT_EQ(QStringLiteral("xy"), ofHost.text());
+}
+
+TEST_F(ImExActionCtrlInput, ofALoopThatAHandlerRunsPressesNoButton) {
+  startClientToServer();
+  giveFile({customerLine()});
+  const std::string before = ui.clipboard.text;
+  onSignal = [&] { // a dialog of the host's, say
+    EXPECT_TRUE(isButtonEnabled());
+    for (const char* name : {"cmdImportExport", "btnTemplate", "cmdExit"})
+      click(name);
+  };
+  const Texts all = import();
+  EXPECT_EQ(1U, host.serviceCall.calls.size());
+  EXPECT_EQ(before, ui.clipboard.text);
+  EXPECT_EQ(0, std::ranges::count(all, "> panel cmdExit_Click()"));
+}
+
 // --- Client to client -----------------------------------------------------------------------------------------------
+
+const std::string kNotOffered =
+    "* box [64] Corvana Maintenance: The Import / Export request is not yet offered. Please "
+    "make another selection.";
 
 TEST_F(ImExActionCtrlImport, beforeADataTypeIsChosenNothingIsOffered) {
   panel.initializeClientToClient();
   giveFile({"one"});
-  EXPECT_EQ(readyForClient() +
-                lines(box(64, kMaintenance + "The Import / Export request is not yet offered. Please make another "
-                                             "selection."),
-                      kExit),
-            import());
+  EXPECT_EQ(readyForClient() + lines(kNotOffered, kExit), import());
+}
+
+TEST_F(ImExActionCtrlImport, dataTypeThatIsAnotherByThenIsNotOffered) {
+  startClientToClient(2);
+  giveFile({lineItemLine(6)});
+  list("cmbDataType").append(QStringLiteral("Order line items"));
+  host.trace->onTrace = [&] { // a host whose trace log changes what it is told of
+    if (isLatest("> panel clientToClientTaskReady()"))
+      list("cmbDataType").setCurrentIndex(3);
+  };
+  everything();
+  click("cmdImportExport");
+  EXPECT_EQ(0, entries("serializeOrderLineItemFile"));
+  EXPECT_EQ(readyForClient() + lines(kNotOffered, kExit), happened());
 }
 
 TEST_F(ImExActionCtrlImport, projectsAreReadTwice) {
@@ -477,6 +656,42 @@ TEST_F(ImExActionCtrlImport, badFieldsAreShownAndNothingIsInserted) {
                                      "* showErrors " + path + "|1|1|1|7|Field 1 ... 7|9",
                                      "< panel mImExRequest_showErrors()", kExit),
             import());
+}
+
+TEST_F(ImExActionCtrlImport, badFieldsOfAFileThatIsReadTwiceAreShownOnce) {
+  const std::vector<std::string> procedures = {"serializeProjectLineItemFile", "serializeQuoteLineItemFile"};
+  for (const int dataType : {0, 1}) {
+    startClientToClient(dataType);
+    const std::string path = giveFile({"100000" + lineItemLine(10), lineItemLine(10)});
+    everything();
+    click("cmdImportExport");
+    EXPECT_EQ(1, entries(procedures[static_cast<std::size_t>(dataType)]));
+    EXPECT_EQ(readyForClient() + lines("> panel mImExRequest_showErrors()",
+                                       "* showErrors " + path + "|2|1|2|11|Field 1 ... 11|9",
+                                       "< panel mImExRequest_showErrors()", kExit),
+              happened());
+  }
+}
+
+TEST_F(ImExActionCtrlImport, panelThatTheHostDeletesOverBadFields_isGone) {
+  for (const int dataType : {0, 1, 2}) {
+    QPointer<ImExActionCtrl> other = new ImExActionCtrl(&window);
+    other->initializeClientToClient();
+    other->setDataType(dataType);
+    const std::string bad = "100000" + lineItemLine(dataType == 2 ? 6 : 10);
+    other->findChild<QLineEdit*>(QStringLiteral("txtFilePath"))
+        ->setText(toQt(host.folder.write("bad.txt", textLines({bad}))));
+    bool isInserted = false;
+    QObject::connect(other, &ImExActionCtrl::showErrors, other, [&] { delete other.data(); });
+    QObject::connect(other, &ImExActionCtrl::insertProjectLineItems, &window, [&] { isInserted = true; });
+    QObject::connect(other, &ImExActionCtrl::insertQuoteLineItems, &window, [&] { isInserted = true; });
+    QObject::connect(other, &ImExActionCtrl::insertOrderLineItems, &window, [&] { isInserted = true; });
+    everything();
+    other->findChild<QPushButton*>(QStringLiteral("cmdImportExport"))->click();
+    EXPECT_TRUE(other.isNull()) << dataType;
+    EXPECT_FALSE(isInserted) << dataType;
+    EXPECT_EQ(Texts{}, host.trace->errors()) << dataType;
+  }
 }
 
 TEST_F(ImExActionCtrlImport, badlyDelimitedLineItemsShowOneBoxOnly) {

@@ -193,6 +193,26 @@ TEST_F(ImExActionCtrlModes, secondCallInTheOtherModeKeepsWhatTheFirstOneFixed) {
   EXPECT_EQ("CUSTOMER", toCore(panel.DataType()));
 }
 
+TEST_F(ImExActionCtrlModes, secondCallForTheHostKeepsTheChoiceOfTheFirst) {
+  panel.initializeClientToServer();
+  panel.initializeClientToClient();
+  EXPECT_EQ((List{{"Customers", "Products", "Invoices", "Commissions", "Ballasts", "Project Line Items",
+                   "Quote Line Items", "Order Line Items"},
+                  0,
+                  false,
+                  true}),
+            contents("cmbDataType"));
+  EXPECT_EQ("", toCore(panel.DataType())) << "nobody has told the new request of the choice";
+
+  giveFile({});
+  host.serviceCall.result = answer("ok", {});
+  click("cmdImportExport");
+  EXPECT_EQ("CUSTOMER", toCore(panel.DataType()));
+  ASSERT_EQ(1U, host.serviceCall.calls.size());
+  EXPECT_EQ("CUSTOMER", host.serviceCall.calls.front().information.dataType);
+  EXPECT_FALSE(host.serviceCall.calls.front().information.allowTruncation);
+}
+
 TEST_F(ImExActionCtrlModes, positionBeyondTheCatalogueChoosesAnAppendedText) {
   panel.initializeClientToServer();
   panel.initializeClientToServer();

@@ -2,6 +2,7 @@
 
 #include "../../platform/qt/modal.h"
 #include "platform/browser/WebBrowser.h"
+#include "support/ErrorLog.h"
 #include "support/FakeUi.h"
 #include "support/QtTest.h"
 #include "support/raised.h"
@@ -88,6 +89,35 @@ TEST_F(ImExDocViewTest, startsWithTheEmptyPage) {
                    "> view UserControl_Resize()", "< view UserControl_Resize()"}),
             atStart);
   EXPECT_EQ("about:blank", browser().address());
+}
+
+TEST_F(ImExDocViewTest, goesToTheEmptyPageAtTheStart) {
+  const std::string page = host.folder.write("page.html", "<html/>");
+  std::string before;
+  host.trace->onTrace = [&] { // the start is traced, so a host may get hold of the browser by then
+    if (!before.empty())
+      return;
+    for (QWidget* widget : QApplication::allWidgets()) {
+      auto* made = qobject_cast<platform::WebBrowser*>(widget);
+      if (made == nullptr || made == &browser())
+        continue;
+      made->navigate(page);
+      before = made->address();
+    }
+  };
+  const ImExDocView other;
+  host.trace->onTrace = [] {};
+  EXPECT_NE("about:blank", before);
+  EXPECT_EQ("about:blank", other.findChild<platform::WebBrowser*>(QStringLiteral("WebBrowser1"))->address());
+}
+
+TEST_F(ImExDocViewTest, logThatKeepsErrorsAloneIsToldOfNothingElse) {
+  const auto log = ErrorLog::installed(host);
+  const ImExDocView other;
+  view.resize(403, 301);
+  openPage("<html/>");
+  QTest::mouseClick(&button("cmdOK"), Qt::LeftButton);
+  EXPECT_EQ(Texts{}, log->errors());
 }
 
 TEST_F(ImExDocViewTest, failureAtTheStartIsRecordedAndShown) {

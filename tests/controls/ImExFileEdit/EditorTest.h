@@ -67,6 +67,11 @@ class EditorTest : public testing::Test {
   std::string focus();
   host::GridLayout& layout() { return cells().layout(); }
 
+  /// How the grid aligns the cells of a column of fields.
+  Qt::Alignment alignment(int column) {
+    return view().model()->index(0, column - 1).data(Qt::TextAlignmentRole).value<Qt::Alignment>();
+  }
+
   /// Writes the file "import.txt" and sets the properties for it. `fields` titles are named "Title 1", "Title 2" ...
   std::string giveFile(const std::string& bytes, int rows, int fields, char delimiter = '|');
 

@@ -1,5 +1,8 @@
 #include "EditorTest.h"
 
+#include <QImage>
+#include <QPixmap>
+
 namespace imex::test {
 
 namespace {
@@ -18,6 +21,20 @@ class ImExFileEditErrors : public EditorTest {
   void showThree() {
     show(records({{"Ann", "Ulm"}, {"Bob", "Bonn"}, {"Cid", "Kiel"}}),
          messages({{1, "Import failed."}, {3, "Error : town"}, {3, "Warning : a name that is rather long"}}), 3);
+  }
+
+  /// Whether a long text looks as it does when it is broken into lines.
+  bool isWrapped() {
+    layout().setRowHeight(1, 1500);
+    layout().setColumnWidth(1, 900);
+    cells().setText({1, 1}, "a text that is much too long for this column");
+    const auto picture = [&] { return view().grab().toImage(); };
+    const QImage before = picture();
+    layout().setTextWrap(true);
+    const QImage wrapped = picture();
+    layout().setTextWrap(false);
+    EXPECT_NE(wrapped, picture());
+    return before == wrapped;
   }
 
   int widthOf(const char* text) { return editor.strToTwip(QString::fromUtf8(text)); }
@@ -48,6 +65,24 @@ TEST_F(ImExFileEditErrors, eachMessageMakesItsRowHigher) {
   EXPECT_EQ(2 * line + line + 10, layout().rowHeight(1));
   EXPECT_EQ(2 * line, layout().rowHeight(2));
   EXPECT_EQ(2 * line + 2 * (line + 10), layout().rowHeight(3));
+}
+
+TEST_F(ImExFileEditErrors, cellsStandLeftAndInTheMiddle) {
+  show(records({{"12", "13"}}), messages({{1, "14"}}), 1);
+  for (const int column : {1, 2, 3}) {
+    EXPECT_EQ(Qt::AlignLeft | Qt::AlignVCenter, alignment(column)) << column;
+  }
+}
+
+TEST_F(ImExFileEditErrors, textsAreBrokenIntoLinesWhereThereAreMessages) {
+  showThree();
+  EXPECT_TRUE(isWrapped());
+  giveFile("a|b|c\r\n", 1, 3);
+  editor.loadGrid();
+  EXPECT_FALSE(isWrapped());
+  showThree();
+  show(records({{"Ann", "Ulm"}}), messages({}), 1);
+  EXPECT_FALSE(isWrapped());
 }
 
 TEST_F(ImExFileEditErrors, messagesColumnIsAsWideAsTheWidestOne) {
@@ -203,6 +238,15 @@ TEST_F(ImExFileEditErrors, fileIsWrittenInItsEncoding) {
     click(save());
     EXPECT_EQ(after, fileBytes());
   }
+}
+
+TEST_F(ImExFileEditErrors, messageThatTheEncodingLacksKeepsNobodyFromSaving) {
+  host.folder.write("import.txt", "caf\xE9|x\r\n");
+  show(records({{"café", "x"}}), messages({{1, "Łódź"}}), 1);
+  cells().setText({1, 2}, "y");
+  click(save());
+  EXPECT_EQ("caf\xE9|y\r\n", fileBytes());
+  EXPECT_TRUE(host.messageBox.boxes.empty());
 }
 
 TEST_F(ImExFileEditErrors, fileThatCannotBeReadIsWrittenInUtf8) {

@@ -1,4 +1,5 @@
 #include "EditorTest.h"
+#include "support/ErrorLog.h"
 
 #include <QLabel>
 
@@ -39,6 +40,37 @@ TEST_F(ImExFileEditForm, partsFollowTheSize) {
 TEST_F(ImExFileEditForm, resizeIsTraced) {
   window.resize(700, 500);
   EXPECT_EQ(traced("UserControl_Resize()"), everything());
+}
+
+TEST_F(ImExFileEditForm, traceLogThatFailsKeepsNoPartFromItsPlace) {
+  host.trace->onTrace = [] { throw RuntimeError(ErrorNumber::diskFull, "Log"); };
+  window.resize(640, 480);
+  host.trace->onTrace = [] {};
+  EXPECT_EQ(Texts(2, "~ editor UserControl_Resize() 61 Log: Disk full"), everything());
+  EXPECT_EQ(QRect(8, 2, 624, 24), line().geometry());
+  EXPECT_EQ(QRect(8, 29, 624, 422), view().geometry());
+  EXPECT_EQ(QRect(238, 454, 80, 24), save().geometry());
+  EXPECT_EQ(QRect(322, 454, 80, 24), cancel().geometry());
+}
+
+TEST_F(ImExFileEditForm, logThatKeepsErrorsAloneIsToldOfNothingElse) {
+  const auto log = ErrorLog::installed(host);
+  const ImExFileEdit other;
+  window.resize(640, 480);
+  open({"a|b", "c|d"}, 2);
+  pressCell(1, 2);
+  doubleClickCell(2, 1);
+  typeText("x");
+  key(Qt::Key_Return);
+  key(Qt::Key_Return);
+  pressRowNumber(2);
+  key(Qt::Key_Delete);
+  click(save());
+  cancel().setFocus();
+  key(Qt::Key_Tab);
+  click(cancel());
+  EXPECT_EQ(Texts{}, log->errors());
+  EXPECT_EQ("a|b\r\n", fileBytes());
 }
 
 TEST_F(ImExFileEditForm, partsThatFindNoRoomAreRecordedAndTheRestIsLaidOut) {

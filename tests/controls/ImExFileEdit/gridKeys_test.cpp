@@ -165,6 +165,15 @@ TEST_F(ImExFileEditKeys, deleteRemovesTheSelectedRow) {
   EXPECT_EQ((host::GridSize{2, 4}), cells().size()) << "the row below is selected now";
 }
 
+TEST_F(ImExFileEditKeys, rowStaysSelectedUntilTheNextPress) {
+  pressRowNumber(2);
+  key(Qt::Key_Down);
+  key(Qt::Key_Delete);
+  EXPECT_EQ(3, cells().size().rows);
+  EXPECT_EQ((Texts{"2", "d", "e", "f"}), row(2)) << "the row of the edit cell goes, not the one that was pressed";
+  EXPECT_TRUE(editor.isModified());
+}
+
 TEST_F(ImExFileEditKeys, deleteOfTheLastRowSelectsTheOneBefore) {
   pressRowNumber(3);
   key(Qt::Key_Delete);

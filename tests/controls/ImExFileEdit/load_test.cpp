@@ -39,6 +39,17 @@ TEST_F(ImExFileEditLoad, splitsAtTheDelimiterAlone) {
   EXPECT_TRUE(host.messageBox.boxes.empty());
 }
 
+TEST_F(ImExFileEditLoad, cellsStandLeftAndInTheMiddle) {
+  giveFile("a|12\r\n", 1, 2);
+  editor.loadGridHeader();
+  cells().setText({1, 2}, "12");
+  EXPECT_EQ(Qt::AlignRight | Qt::AlignVCenter, alignment(2)) << "a number in a grid that nobody aligned";
+  editor.loadGrid();
+  for (const int column : {1, 2}) {
+    EXPECT_EQ(Qt::AlignLeft | Qt::AlignVCenter, alignment(column)) << column;
+  }
+}
+
 TEST_F(ImExFileEditLoad, surplusFieldsAreDropped) {
   giveFile("a|b|c|d\r\n", 1, 2);
   editor.loadGrid();

@@ -199,6 +199,53 @@ TEST_F(ImExFileEditMoves, shiftEnterOnTheFirstCellDoesNothing) {
   EXPECT_EQ("MSFlexGrid1", focus());
 }
 
+/// A keyboard that says of Shift what the test wants.
+class ShiftKeyboard : public host::Keyboard {
+ public:
+  explicit ShiftKeyboard(host::Keyboard& real) : m_real(real) {}
+
+  bool isDown(host::VirtualKey key) const override {
+    return key == host::VirtualKey::shift ? isShiftDown : m_real.isDown(key);
+  }
+  void sendKeys(std::string_view keys) override { m_real.sendKeys(keys); }
+
+  bool isShiftDown = false;
+
+ private:
+  host::Keyboard& m_real;
+};
+
+TEST_F(ImExFileEditMoves, shiftIsAskedOfTheKeyboardAndNotOfTheEvent) {
+  ShiftKeyboard shift(keyboard);
+  host.services.keyboard = &shift;
+  host.install();
+  goTo({1, 2});
+  key(Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_EQ((GridCell{1, 3}), current());
+  shift.isShiftDown = true;
+  key(Qt::Key_Return);
+  EXPECT_EQ((GridCell{1, 2}), current());
+  host.services.keyboard = &keyboard;
+  host.install();
+}
+
+// --- Beyond 16 bits -------------------------------------------------------------------------------------------------
+
+TEST_F(ImExFileEditMoves, rowThat16BitsDoNotCountIsAnOverflow) {
+  open(Texts(32767, "x"), 1);
+  cells().setCurrent({32767, 1});
+  everything();
+  key(Qt::Key_Return);
+  ASSERT_EQ(1U, host.messageBox.boxes.size());
+  EXPECT_EQ(
+      (Box{"An error has occurred while navigating between cells of the row view.", 48, "Error Number: 6 - Overflow"}),
+      host.messageBox.boxes.front());
+  EXPECT_EQ((host::GridSize{32769, 2}), cells().size());
+  EXPECT_EQ((GridCell{32768, 1}), current());
+  click(save());
+  EXPECT_EQ(textLines(Texts(32767, "x")), fileBytes()) << "nothing is lost";
+}
+
 // --- Tab ------------------------------------------------------------------------------------------------------------
 
 TEST_F(ImExFileEditMoves, tabGoesToTheNextCellAndStaysInTheGrid) {

@@ -1,5 +1,7 @@
 #include "EditorTest.h"
 
+#include "runtime/encoding.h"
+
 #include <algorithm>
 
 namespace imex::test {
@@ -190,6 +192,32 @@ TEST_F(ImExFileEditSave, characterThatTheEncodingLacksIsRefusedBeforeTheFileIsTo
             saveTraces());
   EXPECT_EQ("caf\xE9\r\n", fileBytes());
   EXPECT_EQ("Łódź", cell(1, 1));
+}
+
+TEST_F(ImExFileEditSave, characterThatComesWithTheSavingIsRefusedToo) {
+  const std::string path = giveFile("caf\xE9\r\n", 1, 1);
+  editor.loadGrid();
+  onSignal = [&] { cells().setText({1, 1}, "Łódź"); };
+  EXPECT_EQ((Texts{"> editor cmdOK_Click()", "* saving",
+                   "! ImExActionCtrl cmdOK_Click 5 ImExFileEdit: Invalid procedure call or argument: " + path,
+                   "* box [48] Error Number: 5 - Invalid procedure call or argument: " + path + ": " + kSaveFailed}),
+            saveTraces());
+  EXPECT_EQ("caf\xE9\r\n", fileBytes());
+}
+
+TEST_F(ImExFileEditSave, encodingOfASavedFileIsThatOfTheNextSaving) {
+  giveFile("caf\xE9\r\n", 1, 1);
+  editor.loadGrid();
+  cells().setText({1, 1}, "\u00C3\u00A9"); // two characters whose bytes would be read as one
+  click(save());
+  ASSERT_EQ(std::string(kUtf8Mark) + "\u00C3\u00A9\r\n", fileBytes());
+  cells().setText({1, 1}, "Łódź");
+  click(save());
+  EXPECT_EQ(std::string(kUtf8Mark) + "Łódź\r\n", fileBytes());
+  cells().setText({1, 1}, "café");
+  click(save());
+  EXPECT_EQ(std::string(kUtf8Mark) + "café\r\n", fileBytes());
+  EXPECT_TRUE(host.messageBox.boxes.empty());
 }
 
 TEST_F(ImExFileEditSave, newCharactersOfTheEncodingAreWritten) {

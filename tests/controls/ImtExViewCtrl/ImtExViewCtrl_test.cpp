@@ -2,6 +2,7 @@
 
 #include "controls/common/text.h"
 #include "platform/qt/QtGrid.h"
+#include "support/ErrorLog.h"
 #include "support/TestHost.h"
 #include "support/texts.h"
 
@@ -55,6 +56,16 @@ TEST_F(ImtExViewCtrl, theList_hasItsTitles) {
   for (int column = 0; column < 8; ++column)
     titles.emplace_back(grid().text({0, column}));
   EXPECT_EQ((Texts{"", "JOB NAME", "JOB TYPE", "START TIME", "FINISH TIME", "STATUS", "REQUESTOR", "LOG"}), titles);
+}
+
+TEST_F(ImtExViewCtrl, aLogThatKeepsErrorsAlone_isToldOfNothingElse) {
+  const auto log = ErrorLog::installed(host);
+  imex::ImtExViewCtrl other;
+  other.resize(900, 700);
+  other.show();
+  for (QPushButton* button : other.findChildren<QPushButton*>())
+    button->click();
+  EXPECT_EQ(Texts{}, log->lines);
 }
 
 TEST_F(ImtExViewCtrl, theColumns_haveTheirWidthsInTwips) {

@@ -1,5 +1,6 @@
 #include "controls/common/procedures.h"
 
+#include "support/ErrorLog.h"
 #include "support/TestHost.h"
 #include "support/raised.h"
 #include "support/texts.h"
@@ -62,6 +63,41 @@ TEST_F(ControlProcedure, statementsAfterAFailedOneRun) {
   resumeNext(control, "UserControl_Resize()", [&] { ranOn = true; });
   EXPECT_TRUE(ranOn);
   EXPECT_EQ((Texts{"~ editor 1 UserControl_Resize() 5 thrower: went wrong"}), host.trace->lines);
+}
+
+TEST_F(ControlProcedure, resizeGoesOnAfterEachOfItsStatements) {
+  Texts done;
+  tracedResize(
+      control,
+      [&] {
+        done.emplace_back("first");
+        fail(5);
+      },
+      [&] { done.emplace_back("second"); }, [] { fail(6); });
+  EXPECT_EQ((Texts{"first", "second"}), done);
+  EXPECT_EQ((Texts{"> editor 1 UserControl_Resize()", "~ editor 1 UserControl_Resize() 5 thrower: went wrong",
+                   "~ editor 1 UserControl_Resize() 6 thrower: went wrong", "< editor 1 UserControl_Resize()"}),
+            host.trace->lines);
+}
+
+TEST_F(ControlProcedure, resizeGoesOnAfterItsTraceLinesToo) {
+  host.trace->onTrace = [] { fail(61); };
+  bool ranOn = false;
+  tracedResize(control, [&] { ranOn = true; });
+  EXPECT_TRUE(ranOn);
+  EXPECT_EQ(Texts(2, "~ editor 1 UserControl_Resize() 61 thrower: went wrong"), host.trace->lines);
+}
+
+TEST_F(ControlProcedure, logThatKeepsErrorsAloneIsToldOfNothingElse) {
+  const auto log = test::ErrorLog::installed(host);
+  tracedResize(control, [] { fail(5); });
+  tracedIn(
+      control, {"cmd_Click"}, [] {}, Reraise{});
+  tracedIn(
+      control, {"cmd_Click"}, [] { fail(57); }, Ignore{});
+  EXPECT_EQ(
+      (Texts{"~ editor 1 UserControl_Resize() 5 thrower: went wrong", "! editor 1 cmd_Click 57 thrower: went wrong"}),
+      log->lines);
 }
 
 TEST_F(ControlProcedure, resumingNeedsNoTraceLog) {

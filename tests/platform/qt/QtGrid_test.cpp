@@ -525,6 +525,17 @@ TEST_F(QtGridLayout, allHeights_areTheSameAsEachSetByItself) {
   EXPECT_EQ(450 * 7 + 150, layout.rowTop(7));
 }
 
+TEST_F(QtGridLayout, aHeightThatWasJustSet_movesUpWithItsRow) {
+  layout.setAllRowHeights(450);
+  layout.setRowHeight(4, 900);
+  cells.removeRow(3);
+  EXPECT_EQ(900, layout.rowHeight(3));
+  EXPECT_EQ(450, layout.rowHeight(4));
+  EXPECT_EQ(450 * 3 + 900, layout.rowTop(4));
+  EXPECT_EQ(2 * grid.rowHeight(1), grid.rowHeight(2)) << "the view's own rows begin below the fixed one";
+  EXPECT_EQ(grid.rowHeight(1), grid.rowHeight(3));
+}
+
 TEST_F(QtGridLayout, heightsOfManyRowsOneByOne_areAllThere) {
   constexpr int kRows = 32'768;
   cells.setSize({kRows, 4});

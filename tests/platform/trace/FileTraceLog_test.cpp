@@ -5,11 +5,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <regex>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace imex::test {
@@ -63,6 +65,18 @@ TEST_F(FileTraceLog, anError_isALine) {
     log.LogError("ImExRequest", "send", RuntimeError(ErrorNumber::fileNotFound, "DiskFiles"), 0);
   });
   EXPECT_EQ(lines(), (Lines{"error\tImExRequest\tsend\tError 53 (DiskFiles): File not found"}));
+}
+
+TEST_F(FileTraceLog, anError_isInTheFileWhileTheProgramRuns) {
+  using Clock = std::chrono::steady_clock;
+  platform::FileTraceLog log(path);
+  log.Trace("ImExRequest", "send()", "Entering Method...", 0);
+  log.LogError("ImExRequest", "send", RuntimeError(ErrorNumber::fileNotFound, "DiskFiles"), 0);
+  const auto deadline = Clock::now() + std::chrono::seconds(60);
+  while (lines().size() < 2 && Clock::now() < deadline)
+    std::this_thread::yield();
+  EXPECT_EQ(lines(), (Lines{"trace\tImExRequest\tsend()\tEntering Method...",
+                            "error\tImExRequest\tsend\tError 53 (DiskFiles): File not found"}));
 }
 
 TEST_F(FileTraceLog, anErrorAfterWhichTheProcedureGoesOn_isAWarning) {
