@@ -5,6 +5,7 @@
 #include "platform/config/IniFile.h"
 #include "platform/files/DiskFiles.h"
 #include "runtime/RuntimeError.h"
+#include "runtime/address.h"
 #include "startup/startup.h"
 
 #include <CLI/CLI.hpp>
@@ -48,8 +49,8 @@ int portOf(const std::string& text, const std::string& path) {
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, port);
   if (error != std::errc{} || stop != end || port < 0 || port > kGreatestPort)
-    throw StartError(ExitCode::noInput,
-                     path + ": [service] port must be a number from 0 to 65535, not " + inQuotes(text) + ".");
+    throw StartError(ExitCode::noInput, path + ": [service] port must be a number from 0 to 65535, not " +
+                                            inQuotes(shownAddress(text)) + ".");
   return port;
 }
 
@@ -145,7 +146,7 @@ Options CommandLine::parse(int argc, const char* const* argv) {
     m_options.output = m_app.version() + '\n';
     return m_options;
   } catch (const CLI::ParseError& error) {
-    throw StartError(ExitCode::usage, std::string(error.what()) + "\nTry \"import-service --help\".");
+    throw StartError(ExitCode::usage, withoutPasswords(error.what(), argc, argv) + "\nTry \"import-service --help\".");
   }
   if (!m_config.empty())
     applyIni();
