@@ -23,8 +23,8 @@ constexpr std::size_t kQueueSize = 8192; // a full queue makes the caller wait, 
 constexpr std::size_t kThreads = 1;      // one thread keeps the order of the calls
 
 /// Makes a missing file for its owner alone, and the folders above it as the library would, before the library opens
-/// it: a trace has names of files, and an answer's beginning where that was no SOAP message. Where that fails, the
-/// library says why the file cannot be opened.
+/// it: a trace has names of files, the keys that are pressed in the editor, and an answer's beginning where that was no
+/// SOAP message. Where that fails, the library says why the file cannot be opened.
 void makeForOwner(const spdlog::filename_t& path) {
   std::error_code ignored;
   std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
