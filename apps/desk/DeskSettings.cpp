@@ -6,6 +6,7 @@
 #include "platform/config/IniFile.h"
 #include "platform/files/DiskFiles.h"
 #include "runtime/RuntimeError.h"
+#include "runtime/address.h"
 #include "runtime/encoding.h"
 #include "runtime/text.h"
 #include "startup/startup.h"
@@ -36,13 +37,13 @@ std::string textOf(const platform::IniFile& ini, const char* section, const char
   return ini.value(section, key).value_or(std::move(otherwise));
 }
 
-/// The value, once it has passed its check; error 5 where it has not.
+/// The value, once it has passed its check; error 5 where it has not. An address may stand at any key by mistake.
 std::string checked(const platform::IniFile& ini, const std::string& path, const char* key,
                     QString (*check)(const QString&), std::string otherwise = {}) {
   std::string value = textOf(ini, "service", key, std::move(otherwise));
   if (const QString wrong = check(toQt(value)); !wrong.isEmpty())
     throw RuntimeError(static_cast<std::int32_t>(ErrorNumber::invalidProcedureCall), kSource,
-                       path + ": [service] " + key + " = " + value + ". " + toCore(wrong));
+                       path + ": [service] " + key + " = " + shownAddress(value) + ". " + toCore(wrong));
   return value;
 }
 

@@ -42,7 +42,7 @@ ParsedOptions parseOptions(int argc, const char* const* argv) {
     app.exit(request);
     return {{}, ExitStatus::closed};
   } catch (const CLI::ParseError& error) {
-    std::cerr << "corvana-desk: " << error.what() << "\nTry \"corvana-desk --help\".\n";
+    std::cerr << "corvana-desk: " << withoutPasswords(error.what(), argc, argv) << "\nTry \"corvana-desk --help\".\n";
     return {{}, ExitStatus::wrongUse};
   }
   return {{absolutePath(options.config), absolutePath(options.applicationDirectory)}, std::nullopt};

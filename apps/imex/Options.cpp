@@ -3,6 +3,7 @@
 #include "ExitStatus.h"
 #include "platform/config/IniFile.h"
 #include "platform/files/DiskFiles.h"
+#include "runtime/address.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 #include "startup/startup.h"
@@ -115,13 +116,13 @@ std::int32_t milliseconds(const std::string& text) {
       return value;
   } catch (const RuntimeError&) { // said below
   }
-  refuse("the time-out must be a number of milliseconds from 0 to 2147483647, not \"" + text + "\"");
+  refuse("the time-out must be a number of milliseconds from 0 to 2147483647, not \"" + shownAddress(text) + "\"");
 }
 
 std::string port(const std::string& text) {
   const bool isNumber = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos && text.size() <= 5;
   if (!text.empty() && (!isNumber || std::stoi(text) < 1 || std::stoi(text) > 65535))
-    refuse("the proxy port must be a number from 1 to 65535, not \"" + text + "\"");
+    refuse("the proxy port must be a number from 1 to 65535, not \"" + shownAddress(text) + "\"");
   return text;
 }
 
@@ -200,7 +201,7 @@ ParsedOptions parseOptions(int argc, const char* const* argv) {
   } catch (const CLI::Success& request) {
     return {{}, app.exit(request)};
   } catch (const CLI::ParseError& error) {
-    return {{}, fail(error.what() + std::string("\nTry \"imex --help\"."), ExitStatus::wrongUse)};
+    return {{}, fail(withoutPasswords(error.what(), argc, argv) + "\nTry \"imex --help\".", ExitStatus::wrongUse)};
   } catch (const RuntimeError& error) {
     const bool isContent = error.source() == "IniFile";
     return {{}, fail(error.description(), isContent ? ExitStatus::wrongUse : ExitStatus::cannotOpenFile)};

@@ -1,9 +1,9 @@
 #include "commands.h"
 
 #include "lineItems.h"
-#include "platform/soap/errors.h"
 #include "request/shared.h"
 #include "requests.h"
+#include "runtime/address.h"
 #include "runtime/text.h"
 
 #include <algorithm>
@@ -47,7 +47,7 @@ class Import {
   /// Tells the user what failed, and why and where when the text for the user does not say it.
   void explain(const Options& options, const std::string& lastError) const {
     const std::string address =
-        platform::shownAddress(options.dataType == "BALLASTS" ? options.unsecuredAddress : options.securedAddress);
+        shownAddress(options.dataType == "BALLASTS" ? options.unsecuredAddress : options.securedAddress);
     for (const std::string& failure : m_failures) {
       std::cerr << "imex: " << withoutLastBreak(failure) << '\n';
       if (failure == kCannotOpenFile)

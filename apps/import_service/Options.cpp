@@ -5,6 +5,7 @@
 #include "platform/config/IniFile.h"
 #include "platform/files/DiskFiles.h"
 #include "runtime/RuntimeError.h"
+#include "runtime/address.h"
 #include "startup/startup.h"
 
 #include <CLI/CLI.hpp>
@@ -149,8 +150,8 @@ void CommandLine::applyIni() {
   if (m_options.host.empty())
     throw StartError(ExitCode::noInput, m_config + ": [service] host must not be empty.");
   if (!portOf(m_portText))
-    throw StartError(ExitCode::noInput,
-                     m_config + ": [service] port must be a number from 0 to 65535, not " + inQuotes(m_portText) + ".");
+    throw StartError(ExitCode::noInput, m_config + ": [service] port must be a number from 0 to 65535, not " +
+                                            inQuotes(shownAddress(m_portText)) + ".");
   if (const auto users = ini.value("service", "users"); users && m_users->count() == 0)
     m_options.users = splitUsers(*users);
 }
@@ -165,7 +166,7 @@ Options CommandLine::parse(int argc, const char* const* argv) {
     m_options.output = m_app.version() + '\n';
     return m_options;
   } catch (const CLI::ParseError& error) {
-    throw StartError(ExitCode::usage, error.what(), "Try \"import-service --help\".");
+    throw StartError(ExitCode::usage, withoutPasswords(error.what(), argc, argv), "Try \"import-service --help\".");
   }
   if (!m_config.empty())
     applyIni();

@@ -2,6 +2,7 @@
 
 #include "import_service/ExitCode.h"
 #include "import_service/wording.h"
+#include "runtime/address.h"
 
 #include <array>
 #include <charconv>
@@ -15,20 +16,22 @@ namespace {
 constexpr std::string_view kSqlite = "sqlite://";
 constexpr std::array<std::string_view, 2> kPostgresql{"postgresql://", "postgres://"};
 constexpr std::array<std::string_view, 2> kSecretParameters{"password=", "sslpassword="};
-constexpr std::string_view kMask = "***";
 
 [[noreturn]] void refuse(std::string_view text, std::string_view why) {
-  throw StartError(ExitCode::usage, "The store " + inQuotes(withoutPassword(text)) + ' ' + std::string(why) +
+  throw StartError(ExitCode::usage, "The store " + inQuotes(shownAddress(text)) + ' ' + std::string(why) +
                                         "; give sqlite://PATH, sqlite://:memory: or postgresql://USER@HOST/DATABASE.");
 }
 
-/// The password before the host. It may hold what should have been percent-encoded, so it ends at the last "@".
+/// Whether an "@" stands elsewhere than behind a name and a password that are percent-encoded.
+bool hasStrayAt(std::string_view url) {
+  const std::size_t last = url.rfind('@');
+  return last != std::string_view::npos && url.find_first_of("@/?#", url.find("://") + 3) != last;
+}
+
+/// The password before the host.
 std::string_view passwordOfAuthority(std::string_view url) {
-  const std::size_t scheme = url.find("://");
-  if (scheme == std::string_view::npos)
-    return {};
-  const std::size_t at = url.substr(0, url.find('?')).rfind('@');
-  const std::size_t colon = url.find(':', scheme + 3);
+  const std::size_t at = url.rfind('@');
+  const std::size_t colon = url.find(':', url.find("://") + 3);
   if (at == std::string_view::npos || colon == std::string_view::npos || colon > at)
     return {};
   return url.substr(colon + 1, at - colon - 1);
@@ -60,11 +63,6 @@ std::string percentDecoded(std::string_view text) {
   return decoded;
 }
 
-void replaceAll(std::string& text, std::string_view from, std::string_view to) {
-  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-    text.replace(at, from.size(), to);
-}
-
 /// The database library reads a URL without a query part wrongly, so this also gives every URL one.
 void addDefault(std::string& url, std::string_view name, std::string_view value) {
   const std::size_t query = url.find('?');
@@ -87,10 +85,13 @@ StoreUrl postgresqlUrl(std::string_view text) {
   // The database library would read on behind them as if another setting began there.
   if (text.find_first_of(" \t\r\n'\"") != std::string_view::npos)
     refuse(text, "has a blank or a quote, which are written %20, %27 and %22");
+  if (hasStrayAt(text))
+    refuse(text, "has an \"@\" elsewhere than before the host, or a \"/\", \"?\" or \"#\" in the password, which are "
+                 "written %40, %2F, %3F and %23");
   std::string url(text);
   addDefault(url, "connect_timeout", "10");
   addDefault(url, "tcp_user_timeout", "30000");
-  return {StoreUrl::System::postgresql, std::move(url), withoutPassword(text)};
+  return {StoreUrl::System::postgresql, std::move(url), shownAddress(text)};
 }
 
 } // namespace
@@ -108,19 +109,10 @@ std::string StoreUrl::withoutPassword(std::string text) const {
   if (system != System::postgresql)
     return text;
   for (const std::string_view password : passwordsOf(database)) {
-    replaceAll(text, password, kMask);
-    replaceAll(text, percentDecoded(password), kMask);
+    hide(text, password);
+    hide(text, percentDecoded(password));
   }
   return text;
-}
-
-std::string withoutPassword(std::string_view url) {
-  std::string shown(url);
-  const std::vector<std::string_view> passwords = passwordsOf(url);
-  // From the back, so that what comes before keeps its place.
-  for (auto password = passwords.rbegin(); password != passwords.rend(); ++password)
-    shown.replace(static_cast<std::size_t>(password->data() - url.data()), password->size(), kMask);
-  return shown;
 }
 
 } // namespace imex::import_service

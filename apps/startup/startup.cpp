@@ -1,9 +1,11 @@
 #include "startup/startup.h"
 
 #include "platform/system/system.h"
+#include "runtime/address.h"
 
 #include <filesystem>
 #include <locale>
+#include <string_view>
 #include <system_error>
 
 namespace imex {
@@ -34,6 +36,17 @@ std::string installedDirectory() {
   const std::filesystem::path directory = folder.parent_path() / "share" / "corvana";
   std::error_code unreadable;
   return std::filesystem::is_directory(directory / "docs", unreadable) ? directory.string() : std::string();
+}
+
+std::string withoutPasswords(std::string message, int argc, const char* const* argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view argument = argv[i];
+    const std::size_t equals = argument.starts_with("--") ? argument.find('=') : std::string_view::npos;
+    const std::string_view value = equals == std::string_view::npos ? argument : argument.substr(equals + 1);
+    if (value.find('@') != std::string_view::npos)
+      hide(message, value, shownAddress(value));
+  }
+  return message;
 }
 
 } // namespace imex

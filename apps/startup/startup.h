@@ -23,4 +23,8 @@ std::filesystem::path programFolder();
 /// there is none, as for a program in its build folder.
 std::string installedDirectory();
 
+/// The message of a command line that cannot be understood, with each argument that has an "@" as shownAddress() gives
+/// it: an address with a password may have come at the wrong place.
+std::string withoutPasswords(std::string message, int argc, const char* const* argv);
+
 } // namespace imex

@@ -17,7 +17,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,8 +26,6 @@ namespace host {
 class HttpTransport;
 class SoapEnvelope;
 } // namespace host
-
-class SentLines;
 
 using RowsPtr = CollectionPtr<StringsPtr>;
 using ErrorBeansPtr = CollectionPtr<std::shared_ptr<ImportExportErrorBean>>;
@@ -81,7 +78,8 @@ class IMEX_EXPORT ImExRequest {
   void Serialize();
 
   /// Turns the service's result element into a reply: raises MessageReceived, writes the results page into Directory
-  /// and, for an answer of at most 1000 texts, raises showErrors. An error in the answer is recorded and passed on.
+  /// and, for an answer of at most 1000 texts, raises showErrors. A page or a merge that fails is SerializationFailed;
+  /// an error in the answer or of a handler of MessageReceived is recorded and passed on.
   void Deserialize(host::SoapNode& resultNode);
 
   /// Reads the file as line items, for the host: nothing is sent. One record for each line, in file order; a line with
@@ -216,7 +214,6 @@ class IMEX_EXPORT ImExRequest {
   void raiseEditImportFile();
 
   // The road of send()
-  SentLines& sentLines(std::optional<SentLines>& sent, std::string_view origin) const;
   std::shared_ptr<host::RequestInformation> requestInformation();
   void callService(const host::ImportBean& bean);
 

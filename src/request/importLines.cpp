@@ -14,16 +14,17 @@ struct SentFormat {
   std::string_view dataOrigin;
   bool isWithoutQuotes;
   bool isOnSendRoad;
+  std::string_view instantMethod;
 };
 
 // Every format of the table is sent on the instant road.
 constexpr std::array<SentFormat, 6> kSentFormats = {{
-    {"CUSTOMER", "AGENT", false, true},
-    {"CUSTOMER", "HALVIK", false, false},
-    {"PRODUCT", "AGENT", true, true},
-    {"INVOICE", "AGENT", false, true},
-    {"COMMISSION", "AGENT", false, true},
-    {"BALLASTS", "HALVIK", false, true},
+    {"CUSTOMER", "AGENT", false, true, "importCustomersInstant"},
+    {"CUSTOMER", "HALVIK", false, false, "importCustomersInstant"},
+    {"PRODUCT", "AGENT", true, true, "importProductsInstant"},
+    {"INVOICE", "AGENT", false, true, "importInvoicesInstant"},
+    {"COMMISSION", "AGENT", false, true, "importCommissionsInstant"},
+    {"BALLASTS", "HALVIK", false, true, "importBallastsInstant"},
 }};
 
 const SentFormat* find(std::string_view dataType, std::string_view dataOrigin) {
@@ -40,6 +41,11 @@ bool areLinesSent(std::string_view dataType, std::string_view dataOrigin, Road r
   return format != nullptr && (road == Road::instant || format->isOnSendRoad);
 }
 
+std::string_view instantMethod(std::string_view dataType, std::string_view dataOrigin) {
+  const SentFormat* format = find(dataType, dataOrigin);
+  return format == nullptr ? std::string_view() : format->instantMethod;
+}
+
 SentLines::SentLines(std::string_view dataType, std::string_view dataOrigin, Integer delimiterAscii)
     : m_delimiter(character(delimiterAscii)) {
   const SentFormat* format = find(dataType, dataOrigin);
@@ -52,11 +58,6 @@ std::string_view SentLines::asSent(std::string_view line) {
   if (m_isWithoutQuotes)
     std::erase_if(m_line, [](char c) { return c == '\'' || c == '"'; });
   return m_line += m_delimiter;
-}
-
-std::string lineAsSent(std::string_view line, std::string_view dataType, std::string_view dataOrigin,
-                       Integer delimiterAscii) {
-  return std::string(SentLines(dataType, dataOrigin, delimiterAscii).asSent(line));
 }
 
 } // namespace imex

@@ -17,15 +17,13 @@ enum class Road {
 /// instant road alone, on purpose.
 bool areLinesSent(std::string_view dataType, std::string_view dataOrigin, Road road);
 
-/// A line of the file as it is sent: in capitals, product lines of the agent without any quote characters, followed by
-/// the delimiter.
-std::string lineAsSent(std::string_view line, std::string_view dataType, std::string_view dataOrigin,
-                       Integer delimiterAscii);
+/// The service's method that takes such lines on the instant road; empty where none does.
+std::string_view instantMethod(std::string_view dataType, std::string_view dataOrigin);
 
-/// Makes many lines of one file as they are sent, as lineAsSent() does, in one place of memory.
+/// Makes the lines of one file as they are sent: in capitals, product lines of the agent without any quote characters,
+/// each followed by the delimiter. They are made in one place of memory.
 class SentLines {
  public:
-  /// Error 5 for a delimiter that is no character.
   SentLines(std::string_view dataType, std::string_view dataOrigin, Integer delimiterAscii);
 
   /// The text is valid until the next call.

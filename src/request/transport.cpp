@@ -9,10 +9,8 @@
 #include "request/importLines.h"
 #include "runtime/text.h"
 
-#include <array>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <utility>
 
 namespace imex {
@@ -31,22 +29,6 @@ constexpr std::int32_t kNoTimeout = 0;
 
 constexpr std::string_view kEnvironmentError = "An environment error has been detected.";
 constexpr std::string_view kSendingError = "An error has occurred while sending the data.";
-
-struct InstantMethod {
-  std::string_view dataOrigin;
-  std::string_view dataType;
-  std::string_view name;
-  std::string_view space;
-};
-
-constexpr std::array<InstantMethod, 6> kInstantMethods = {{
-    {"AGENT", "CUSTOMER", "importCustomersInstant", kSecuredSpace},
-    {"HALVIK", "CUSTOMER", "importCustomersInstant", kSecuredSpace},
-    {"AGENT", "PRODUCT", "importProductsInstant", kSecuredSpace},
-    {"AGENT", "COMMISSION", "importCommissionsInstant", kSecuredSpace},
-    {"AGENT", "INVOICE", "importInvoicesInstant", kSecuredSpace},
-    {"HALVIK", "BALLASTS", "importBallastsInstant", kUnsecuredSpace},
-}};
 
 host::Settings& settings() {
   return host::required(host::services().settings);
@@ -84,21 +66,16 @@ void ImExRequest::send() {
   const std::string origin = DataOrigin();
   const bool sendsLines = areLinesSent(m_dataType, origin, Road::send);
   m_lineTimeout = settings().timeout();
-  std::optional<SentLines> sent;
+  SentLines sent(m_dataType, origin, m_delimiterAscii);
   const FileReading reading = readImportFile([&](std::string_view line) {
     if (sendsLines)
-      bean.dataContainer->lines.add({std::string(sentLines(sent, origin).asSent(line))});
+      bean.dataContainer->lines.add({std::string(sent.asSent(line))});
     m_lineTimeout = addSaturated(m_lineTimeout, kTimeoutOfLine);
   });
   if (!reading.errors->isEmpty())
     askToCorrect(*reading.errors);
   else if (reading.isComplete)
     callService(bean);
-}
-
-/// Made with the first line, so that its failure is one of the reading.
-SentLines& ImExRequest::sentLines(std::optional<SentLines>& sent, std::string_view origin) const {
-  return sent ? *sent : sent.emplace(m_dataType, origin, m_delimiterAscii);
 }
 
 std::shared_ptr<host::RequestInformation> ImExRequest::requestInformation() {
@@ -143,14 +120,11 @@ bool ImExRequest::selectInstantMethod(host::SoapEnvelope& envelope) {
   return traced(
       {kSource, "selectInstantMethod"},
       [&] {
-        const std::string origin = DataOrigin();
-        for (const InstantMethod& method : kInstantMethods) {
-          if (method.dataOrigin != origin || method.dataType != m_dataType)
-            continue;
-          envelope.setMethod(method.name, method.space);
-          return true;
-        }
-        return false;
+        const std::string_view method = instantMethod(m_dataType, DataOrigin());
+        if (method.empty())
+          return false;
+        envelope.setMethod(method, isBallasts() ? kUnsecuredSpace : kSecuredSpace);
+        return true;
       },
       Reraise{});
 }
@@ -190,10 +164,9 @@ void ImExRequest::exchange(host::HttpTransport& transport, host::SoapEnvelope& e
 }
 
 void ImExRequest::sendLines(host::HttpTransport& transport, host::SoapEnvelope& envelope, host::SoapNode& lines) {
-  const std::string origin = DataOrigin();
-  std::optional<SentLines> sent;
-  const FileReading reading = addImportLines(
-      [&](std::string_view line) { createElement(lines, "LINE", sentLines(sent, origin).asSent(line)); });
+  SentLines sent(m_dataType, DataOrigin(), m_delimiterAscii);
+  const FileReading reading =
+      addImportLines([&](std::string_view line) { createElement(lines, "LINE", sent.asSent(line)); });
   if (!reading.errors->isEmpty())
     askToCorrect(*reading.errors);
   else if (reading.isComplete)

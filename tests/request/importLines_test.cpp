@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -30,6 +31,12 @@ std::vector<std::string> sentOn(Road road) {
   return result;
 }
 
+/// A line of a file as it is sent.
+std::string lineAsSent(std::string_view line, std::string_view dataType, std::string_view dataOrigin,
+                       Integer delimiterAscii) {
+  return std::string(SentLines(dataType, dataOrigin, delimiterAscii).asSent(line));
+}
+
 TEST(importLines, theSendRoad_leavesOutTheManufacturersCustomers) {
   EXPECT_EQ(sentOn(Road::send), (std::vector<std::string>{"CUSTOMER AGENT", "PRODUCT AGENT", "INVOICE AGENT",
                                                           "COMMISSION AGENT", "BALLASTS HALVIK"}));
@@ -38,6 +45,14 @@ TEST(importLines, theSendRoad_leavesOutTheManufacturersCustomers) {
 TEST(importLines, theInstantRoad_sendsTheManufacturersCustomersToo) {
   EXPECT_EQ(sentOn(Road::instant), (std::vector<std::string>{"CUSTOMER AGENT", "CUSTOMER HALVIK", "PRODUCT AGENT",
                                                              "INVOICE AGENT", "COMMISSION AGENT", "BALLASTS HALVIK"}));
+}
+
+TEST(importLines, aMethodTakesThem_whereLinesAreSentOnTheInstantRoad) {
+  for (const std::string& type : kTypes) {
+    for (const std::string& origin : kOrigins)
+      EXPECT_EQ(!instantMethod(type, origin).empty(), areLinesSent(type, origin, Road::instant)) << type << origin;
+  }
+  EXPECT_EQ(instantMethod("COMMISSION", "AGENT"), "importCommissionsInstant");
 }
 
 TEST(importLines, aLine_isSentInCapitalsWithADelimiterBehind) {

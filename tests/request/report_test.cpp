@@ -167,6 +167,15 @@ TEST_F(ImExRequestReport, aFailedLine_hasItsErrorsInRedAndItsWarningsPlain) {
                         kClosing);
 }
 
+/// What a spreadsheet would take for a formula, and what a browser would take for markup.
+TEST_F(ImExRequestReport, aFieldWithAMeaningElsewhere_isOnThePageByteForByte) {
+  const std::string line = "=1+1|+x|-x|@x|=cmd\t|<script>alert(\"1\")</script>|&amp;&#61;|%3D|'=1|\"a\"|";
+
+  request.Deserialize(*answer("", {{true, line, "1"}}));
+
+  EXPECT_NE(page().find("LINE # : 1   DATA    : " + line + "\r\n"), std::string::npos) << page();
+}
+
 TEST_F(ImExRequestReport, aPageWithACharacterBeyondAscii_startsWithTheMark) {
   request.Deserialize(*answer("", {{true, "CAFÉ|€|", "1", {}, {"naïve"}}}));
 

@@ -1,9 +1,11 @@
 #include "platform/browser/documentUrl.h"
 
 #include "platform/files/DiskFiles.h"
+#include "platform/qt/fileUrl.h"
+#include "platform/qt/text.h"
 #include "runtime/RuntimeError.h"
+#include "runtime/address.h"
 
-#include <QByteArray>
 #include <QString>
 
 #include <cstdint>
@@ -19,10 +21,6 @@ namespace {
 [[noreturn]] void refuse(ErrorNumber number, std::string_view address) {
   throw RuntimeError(static_cast<std::int32_t>(number), "WebBrowser",
                      std::string(describe(number)) + ": " + std::string(address));
-}
-
-QString toQt(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 bool hasScheme(const QString& text, const char* scheme) {
@@ -43,15 +41,9 @@ fs::path readablePath(const std::string& path, std::string_view address) {
   }
 }
 
-/// Byte for byte, because a file name need not be text.
-QUrl fileUrl(const std::string& path, std::string_view address) {
-  const std::string native = readablePath(path, address).string();
-  return QUrl::fromEncoded("file://" + QByteArray::fromStdString(native).toPercentEncoding("/"));
-}
-
 QUrl urlOfFileAddress(const QString& text, std::string_view address) {
   const QUrl given(QString(text).replace(QLatin1Char('\\'), QLatin1Char('/')));
-  QUrl url = fileUrl(given.toLocalFile().toStdString(), address);
+  QUrl url = fileUrl(readablePath(given.toLocalFile().toStdString(), address));
   if (given.hasFragment())
     url.setFragment(given.fragment(QUrl::FullyEncoded));
   return url;
@@ -60,7 +52,7 @@ QUrl urlOfFileAddress(const QString& text, std::string_view address) {
 QUrl webUrl(const QString& text, std::string_view address) {
   const QUrl url(text);
   if (!url.isValid() || url.host().isEmpty())
-    refuse(ErrorNumber::invalidProcedureCall, address);
+    refuse(ErrorNumber::invalidProcedureCall, shownAddress(address));
   return url;
 }
 
@@ -80,7 +72,7 @@ QUrl documentUrl(std::string_view address) {
     return blankUrl(text, address);
   if (hasScheme(text, "file:"))
     return urlOfFileAddress(text, address);
-  return fileUrl(std::string(address), address);
+  return fileUrl(readablePath(std::string(address), address));
 }
 
 bool isLookedAtOnly(const QUrl& document) {

@@ -4,6 +4,7 @@
 #include "platform/soap/errors.h"
 #include "platform/soap/xmlText.h"
 #include "platform/system/system.h"
+#include "runtime/address.h"
 #include "runtime/encoding.h"
 #include "runtime/text.h"
 
@@ -13,6 +14,7 @@
 #include <array>
 #include <charconv>
 #include <exception>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -25,6 +27,7 @@ constexpr std::size_t kLargestHeaders = std::size_t{256} * 1024;
 constexpr long kLargestPort = 65535;
 constexpr long kUploadBuffer = 256L * 1024;
 constexpr long kReceiveBuffer = 256L * 1024;
+constexpr long kNoConnectTimeout = std::numeric_limits<std::int32_t>::max(); // to the library, 0 means five minutes
 constexpr std::size_t kReservedAnswer = std::size_t{32} * 1024 * 1024;
 
 struct HandleDeleter {
@@ -127,7 +130,7 @@ class Exchange {
     setReception();
   }
 
-  void setTimeout(std::int32_t milliseconds) { set(CURLOPT_TIMEOUT_MS, long{milliseconds}); }
+  void setTimeout(std::int32_t milliseconds);
   void connectDirectly() { set(CURLOPT_PROXY, ""); } // left unset, the environment would choose one
   void connectThrough(const std::string& server, const std::string& port);
   void setMessage(std::span<const std::string_view> parts, const std::string& action);
@@ -177,6 +180,7 @@ class Exchange {
   HeaderList m_headers;
   std::string m_shownAddress; ///< with the proxy, where there is one
   std::string m_proxy;        ///< server and port
+  std::int32_t m_timeout = 0; ///< milliseconds; 0 for none
   std::array<char, CURL_ERROR_SIZE> m_detail{};
 
   std::span<const std::string_view> m_parts; ///< of the message
@@ -214,13 +218,20 @@ void Exchange::setReception() {
   set(CURLOPT_HEADERDATA, static_cast<void*>(this));
 }
 
+/// One limit holds for the whole exchange, so connecting has none of its own.
+void Exchange::setTimeout(std::int32_t milliseconds) {
+  m_timeout = milliseconds;
+  set(CURLOPT_TIMEOUT_MS, long{milliseconds});
+  set(CURLOPT_CONNECTTIMEOUT_MS, kNoConnectTimeout);
+}
+
 void Exchange::connectThrough(const std::string& server, const std::string& port) {
-  m_proxy = server + ':' + port;
+  m_proxy = server + ':' + shownAddress(port); // it is a setting, and might hold all of a proxy's address
   m_shownAddress += " through the proxy " + m_proxy;
   long number = 0;
   const auto [end, error] = std::from_chars(port.data(), port.data() + port.size(), number);
   if (error != std::errc() || end != port.data() + port.size() || number < 1 || number > kLargestPort)
-    throw curlError(CURLE_PROXY, m_shownAddress, "\"" + port + "\" is not the number of a port");
+    throw curlError(CURLE_PROXY, m_shownAddress, '"' + shownAddress(port) + "\" is not the number of a port");
   set(CURLOPT_PROXYTYPE, long{CURLPROXY_HTTP});
   set(CURLOPT_PROXY, server.c_str());
   set(CURLOPT_PROXYPORT, number);
@@ -327,7 +338,7 @@ void Exchange::throwFailure(CURLcode code) const {
   const long connectStatus = number(CURLINFO_HTTP_CONNECTCODE);
   if (connectStatus >= 300)
     throw statusError("The proxy " + m_proxy, connectStatus);
-  throw curlError(code, m_shownAddress, m_detail.data());
+  throw curlError(code, m_shownAddress, m_detail.data(), m_timeout);
 }
 
 RuntimeError Exchange::statusError(const std::string& sender, long status) const {

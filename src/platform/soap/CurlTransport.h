@@ -22,6 +22,7 @@ struct HttpOptions {
 /// Certificates and the host names in them are checked. A redirect is not followed. The environment's proxy variables
 /// count for nothing; before SetProxy() the connection is direct, and after it every address, this machine's own
 /// included, is reached through the proxy. The time-out holds for the whole exchange, name look-up included.
+/// Without one, only the system ends an attempt to connect, and the error is 1001.
 ///
 /// send() fails with an error of SoapError. A status other than 2xx is one of them (1004), unless it is 400 or above
 /// and the body is a SOAP fault: that body is handed out, so that the fault text reaches the user. Whether the body of

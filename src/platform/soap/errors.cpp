@@ -25,6 +25,7 @@ constexpr Meaning kUnknownServer{SoapError::noConnection, "No connection to ", "
 constexpr Meaning kUnknownProxy{SoapError::noConnection, "No connection to ", ": the proxy's name is unknown", false};
 constexpr Meaning kNoServer{SoapError::noConnection, "No connection to ", ": nothing accepts connections there", false};
 constexpr Meaning kNoProxy{SoapError::noConnection, "No connection to ", "", true};
+constexpr Meaning kUnreached{SoapError::noConnection, "No connection to ", ": it cannot be reached", true};
 constexpr Meaning kTimeOut{SoapError::timeOut, "No complete answer from ", " within the time-out", false};
 constexpr Meaning kTls{SoapError::tls, "No secure connection to ", "", true};
 constexpr Meaning kNotHttp{SoapError::notSoap, "The answer from ", " is not an HTTP answer", false};
@@ -34,7 +35,7 @@ constexpr Meaning kLost{SoapError::cutOff, "The connection to ", " was lost", tr
 constexpr Meaning kCutOff{SoapError::cutOff, "The answer from ", " was cut off", true};
 constexpr Meaning kBadAddress{SoapError::badAddress, "The address ", " is not an http or https address", false};
 
-const Meaning* meaningOf(CURLcode code) {
+const Meaning* meaningOf(CURLcode code, bool hasTimeout) {
   switch (code) {
   case CURLE_COULDNT_RESOLVE_HOST:
     return &kUnknownServer;
@@ -45,7 +46,7 @@ const Meaning* meaningOf(CURLcode code) {
   case CURLE_PROXY:
     return &kNoProxy;
   case CURLE_OPERATION_TIMEDOUT:
-    return &kTimeOut;
+    return hasTimeout ? &kTimeOut : &kUnreached;
   case CURLE_SSL_CONNECT_ERROR:
   case CURLE_SSL_ENGINE_NOTFOUND:
   case CURLE_SSL_ENGINE_SETFAILED:
@@ -112,24 +113,15 @@ std::string beginningOf(std::string_view answer) {
 
 } // namespace
 
-std::string shownAddress(std::string_view address) {
-  const std::size_t scheme = address.find("://");
-  const std::size_t begin = scheme == std::string_view::npos ? 0 : scheme + 3;
-  const std::string_view authority = address.substr(begin, address.find_first_of("/?#", begin) - begin);
-  const std::size_t at = authority.rfind('@');
-  std::string shown(address);
-  return at == std::string_view::npos ? shown : shown.erase(begin, at + 1);
-}
-
 RuntimeError soapError(SoapError kind, std::string source, std::string description) {
   return {static_cast<std::int32_t>(kind), std::move(source), std::move(description)};
 }
 
-RuntimeError curlError(int code, std::string_view address, std::string_view detail) {
+RuntimeError curlError(int code, std::string_view address, std::string_view detail, std::int32_t timeout) {
   const auto curlCode = static_cast<CURLcode>(code);
   if (curlCode == CURLE_OUT_OF_MEMORY)
     return RuntimeError(ErrorNumber::outOfMemory, "CurlTransport");
-  const Meaning* meaning = meaningOf(curlCode);
+  const Meaning* meaning = meaningOf(curlCode, timeout != 0);
   if (meaning == nullptr)
     return {static_cast<std::int32_t>(ErrorNumber::internalError), "CurlTransport",
             std::string(describe(ErrorNumber::internalError)) + ": " + sentence(curlCode, detail)};

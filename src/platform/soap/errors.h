@@ -26,16 +26,15 @@ enum class SoapError : std::int32_t {
   badAddress = 1010,      ///< the address is not an http or https address
 };
 
-/// The address without a user name and a password, which have no place in a text that is shown and recorded.
-IMEX_EXPORT std::string shownAddress(std::string_view address);
-
 /// The error of one kind. `source` is the name of the class that raises it.
 IMEX_EXPORT RuntimeError soapError(SoapError kind, std::string source, std::string description);
 
-/// The error for a result code of libcurl, other than success. `address` is the address as it may be shown and
-/// `detail` the library's own message, empty for its standing text. Codes that no exchange over a network explains
-/// become error 51, and a lack of memory becomes error 7.
-IMEX_EXPORT RuntimeError curlError(int code, std::string_view address, std::string_view detail);
+/// The error for a result code of libcurl, other than success. `address` is the address as shownAddress() gives it,
+/// `detail` the library's own message, empty for its standing text, and `timeout` the exchange's in milliseconds, 0
+/// for none: a time-out is then the system's, which gave up connecting, and is 1001. Codes that no exchange over a
+/// network explains become error 51, and a lack of memory becomes error 7.
+IMEX_EXPORT RuntimeError curlError(int code, std::string_view address, std::string_view detail,
+                                   std::int32_t timeout = 0);
 
 /// Error 1005 for an answer: `what`, a colon and the beginning of `answer` in double quotes.
 IMEX_EXPORT RuntimeError notSoapError(std::string what, std::string_view answer);

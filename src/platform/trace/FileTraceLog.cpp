@@ -7,6 +7,11 @@
 #include <spdlog/spdlog.h>
 
 #include <cstddef>
+#include <filesystem>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace imex::platform {
 
@@ -16,6 +21,23 @@ constexpr std::size_t kGreatestFileSize = 64UL * 1024 * 1024;
 constexpr std::size_t kOldFiles = 3;
 constexpr std::size_t kQueueSize = 8192; // a full queue makes the caller wait, so that no line is lost
 constexpr std::size_t kThreads = 1;      // one thread keeps the order of the calls
+
+/// Makes a missing file for its owner alone, and the folders above it as the library would, before the library opens
+/// it: a trace has names of files, the keys that are pressed in the editor, and an answer's beginning where that was no
+/// SOAP message. Where that fails, the library says why the file cannot be opened.
+void makeForOwner(const spdlog::filename_t& path) {
+  std::error_code ignored;
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
+  const int file = ::open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (file >= 0)
+    ::close(file);
+}
+
+spdlog::file_event_handlers fileHandlers() {
+  spdlog::file_event_handlers handlers;
+  handlers.before_open = makeForOwner;
+  return handlers;
+}
 
 std::string onOneLine(std::string_view text) {
   constexpr std::string_view kDigits = "0123456789abcdef";
@@ -49,9 +71,10 @@ std::string textOf(const RuntimeError& error, std::int32_t line) {
 struct FileTraceLog::Writer {
   explicit Writer(const std::string& path)
       : pool(std::make_shared<spdlog::details::thread_pool>(kQueueSize, kThreads)),
-        logger(std::make_shared<spdlog::async_logger>(
-            "trace", std::make_shared<spdlog::sinks::rotating_file_sink_mt>(path, kGreatestFileSize, kOldFiles), pool,
-            spdlog::async_overflow_policy::block)) {
+        logger(std::make_shared<spdlog::async_logger>("trace",
+                                                      std::make_shared<spdlog::sinks::rotating_file_sink_mt>(
+                                                          path, kGreatestFileSize, kOldFiles, false, fileHandlers()),
+                                                      pool, spdlog::async_overflow_policy::block)) {
     logger->set_pattern("%Y-%m-%d %H:%M:%S.%e\t%l\t%v");
     logger->set_level(spdlog::level::trace);
     logger->flush_on(spdlog::level::warn); // an error is to be read while the program runs, and after it crashed

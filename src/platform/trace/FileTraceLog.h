@@ -13,6 +13,8 @@ namespace imex::platform {
 /// and description. A background thread writes, so that tracing does not wait for the disk; the file starts anew in a
 /// numbered one when it reaches 64 MiB, and three old ones are kept.
 ///
+/// A new file can be read and written by its owner alone; an existing one keeps its permissions.
+///
 /// Control characters in the texts are written as `\n`, `\r`, `\t` and `\xNN`, so that a call is always one line.
 class IMEX_EXPORT FileTraceLog : public host::TraceLog {
  public:

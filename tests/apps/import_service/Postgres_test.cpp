@@ -30,9 +30,9 @@ RequestParts customer(const std::string& code) {
   return parts;
 }
 
-/// What stands where the password stood.
+/// What is shown of a URL.
 std::string shown(std::string url) {
-  return replaced(std::move(url), "o%70en", "***");
+  return replaced(std::move(url), "imex:o%70en", "***");
 }
 
 /// A service on a database of the shared server.

@@ -51,12 +51,10 @@ TEST(StoreUrl, aQueryPart_isKept) {
 TEST(StoreUrl, whatIsShown_hasNoPassword) {
   EXPECT_EQ(StoreUrl::parse("sqlite://a:b@c").shown, "sqlite://a:b@c");
   EXPECT_EQ(StoreUrl::parse("postgresql://db.example:5433/rows").shown, "postgresql://db.example:5433/rows");
-  EXPECT_EQ(StoreUrl::parse("postgresql://ann@h:1/d").shown, "postgresql://ann@h:1/d");
-  EXPECT_EQ(StoreUrl::parse("postgresql://ann:secret@h:1/d?sslmode=require").shown,
-            "postgresql://ann:***@h:1/d?sslmode=require");
-  EXPECT_EQ(StoreUrl::parse("postgresql://ann:s@cr/et@h/d").shown, "postgresql://ann:***@h/d");
+  EXPECT_EQ(StoreUrl::parse("postgresql://ann@h:1/d").shown, "postgresql://***@h:1/d");
+  EXPECT_EQ(StoreUrl::parse("postgresql://ann:secret@h:1/d?sslmode=require").shown, "postgresql://***@h:1/d?***");
   EXPECT_EQ(StoreUrl::parse("postgresql://h/d?user=ann&password=secret&sslpassword=other&a=b").shown,
-            "postgresql://h/d?user=ann&password=***&sslpassword=***&a=b");
+            "postgresql://h/d?***");
 }
 
 TEST(StoreUrl, aPassword_isTakenOutOfAnyText) {
@@ -68,11 +66,16 @@ TEST(StoreUrl, aPassword_isTakenOutOfAnyText) {
 TEST(StoreUrl, aRefusal_showsNoPassword) {
   const std::string hint = "; give sqlite://PATH, sqlite://:memory: or postgresql://USER@HOST/DATABASE.";
   EXPECT_EQ(refusal("postgresq://ann:secret@h/d"),
-            "The store \"postgresq://ann:***@h/d\" is of no database system that this program knows" + hint);
+            "The store \"postgresq://***@h/d\" is of no database system that this program knows" + hint);
+  for (const std::string odd : {"@", "/", "?", "#", "@@", "/@?"})
+    EXPECT_EQ(refusal("postgresql://ann:sec" + odd + "ret@h/d"),
+              "The store \"postgresql://***@h/d\" has an \"@\" elsewhere than before the host, or a \"/\", \"?\" or "
+              "\"#\" in the password, which are written %40, %2F, %3F and %23" +
+                  hint);
+  EXPECT_EQ(refusal("postgresql://h/d?user=ann@domain").substr(0, 34), "The store \"postgresql://***@domain");
   for (const std::string odd : {" ", "'", "\"", "\n"})
     EXPECT_EQ(refusal("postgresql://ann:sec" + odd + "ret@h/d"),
-              "The store \"postgresql://ann:***@h/d\" has a blank or a quote, which are written %20, %27 and %22" +
-                  hint);
+              "The store \"postgresql://***@h/d\" has a blank or a quote, which are written %20, %27 and %22" + hint);
 }
 
 } // namespace imex::import_service::test

@@ -104,6 +104,22 @@ TEST_F(ImExFileEditBytes, greatFileIsTheSameBytes) {
   EXPECT_TRUE(bytes == fileBytes());
 }
 
+/// What a spreadsheet would take for a formula, and what a browser would take for markup.
+TEST_F(ImExFileEditBytes, fieldWithAMeaningElsewhereIsATextLikeAnyOther) {
+  const Texts fields = {"=1+1",     "+x",         "-x", "@x", "=cmd\t", "<script>alert(\"1\")</script>",
+                        "<b>x</b>", "&amp;&#61;", "'=1"};
+  std::string record;
+  for (const std::string& field : fields)
+    record += field + '|';
+  record.back() = '\r';
+  record += '\n';
+  load(record + record, 2, static_cast<int>(fields.size()));
+  EXPECT_EQ(Texts{"2"} + fields, row(2));
+  host.folder.write("import.txt", "");
+  click(save());
+  EXPECT_EQ(record + record, fileBytes());
+}
+
 TEST_F(ImExFileEditBytes, lastLineGetsItsEnd) {
   giveFile("a|b\r\nc|d", 2, 2);
   editor.loadGrid();

@@ -43,6 +43,7 @@ TEST_F(DocumentUrl, webAddressesStayAsTheyAre) {
 }
 
 TEST_F(DocumentUrl, addressesThatAreNoneAreError5) {
+  EXPECT_EQ("5 Invalid procedure call or argument: http://***@[::1", error("http://user:secret@[::1"));
   for (const char* address : {"http:", "http://", "https:///path", "http://[::1", "about:", "about:gpu"})
     EXPECT_EQ(std::string("5 Invalid procedure call or argument: ") + address, error(address));
 }

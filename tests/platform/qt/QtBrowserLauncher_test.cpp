@@ -9,6 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <string>
+#include <utility>
+
 namespace imex::platform {
 
 namespace {
@@ -33,6 +37,28 @@ TEST(QtBrowserLauncher, opensAPageWithEitherSeparatorAndCase) {
   QtBrowserLauncher().show(folder.path().string() + "\\Docs\\spec page #1.html", 0);
   EXPECT_EQ(QList<QUrl>{QUrl::fromLocalFile(QString::fromStdString(folder / "docs/SPEC page #1.html"))},
             browser.opened);
+}
+
+TEST(QtBrowserLauncher, opensAPageOfAnyName) {
+  const test::TemporaryFolder folder;
+  const std::pair<std::string, std::string> pages[] = {
+      {"a b.html", "a%20b.html"},         {"100%.html", "100%25.html"},           {"%41.html", "%2541.html"},
+      {"#1.html", "%231.html"},           {"a?b=c&d.html", "a%3Fb%3Dc%26d.html"}, {"\xC3\xBC.html", "%C3%BC.html"},
+      {"\xFC.html", "%FC.html"},          {"a\xFF\xFE.html", "a%FF%FE.html"},     {"a:b;c.html", "a%3Ab%3Bc.html"},
+      {"\"'<>.html", "%22%27%3C%3E.html"}};
+  Browser browser;
+  for (const auto& [name, encoded] : pages) {
+    folder.write(name, "<html/>");
+    QtBrowserLauncher().show(folder / name, 0);
+    EXPECT_EQ("file://" + (folder / encoded), browser.opened.takeLast().toEncoded().toStdString());
+  }
+}
+
+TEST(QtBrowserLauncher, relativePathIsThatOfTheCurrentDirectory) {
+  Browser browser;
+  QtBrowserLauncher().show("page.html", 0);
+  EXPECT_EQ("file://" + (std::filesystem::current_path() / "page.html").string(),
+            browser.opened.takeLast().toEncoded().toStdString());
 }
 
 TEST(QtBrowserLauncher, pageThatIsNotThereIsHandedOnUnchanged) {

@@ -1,8 +1,10 @@
 #include "platform/soap/SoapServiceCall.h"
 
 #include "platform/soap/SoapTransportFactory.h"
+#include "platform/soap/TlsStream.h"
 #include "platform/soap/failure.h"
 #include "support/FaultyServer.h"
+#include "support/TemporaryFolder.h"
 #include "support/TestHost.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +26,9 @@ constexpr std::string_view kAnswer =
 /// A service call and a server that answers it.
 class Call {
  public:
-  explicit Call(FaultyServer::Answer answer = FaultyServer::ok(std::string(kAnswer))) : server(std::move(answer)) {
+  explicit Call(FaultyServer::Answer answer = FaultyServer::ok(std::string(kAnswer)),
+                test::MakeStream makeStream = test::plainStream)
+      : server(std::move(answer), std::move(makeStream)) {
     bean.requestInformation = std::make_shared<host::RequestInformation>(
         host::RequestInformation{"IMPORT", "CUSTOMER", "INSTANT", "AGENT", "TAB", "J. Byrne & Söhne", true, false});
     bean.dataContainer = std::make_shared<host::DataContainer>();
@@ -34,7 +38,7 @@ class Call {
 
   std::shared_ptr<host::SoapNode> run() {
     const std::string own = server.address("/secured");
-    SoapTransportFactory factory;
+    SoapTransportFactory factory(options);
     SoapServiceCall call(factory, settings);
     return call.call({.space = "urn:ImportExportService",
                       .methodName = "importData",
@@ -47,6 +51,7 @@ class Call {
 
   FaultyServer server;
   test::FakeSettings settings;
+  HttpOptions options;
   host::ImportBean bean;
   std::string address; ///< empty for the server's own
   std::string userId = "jb";
@@ -127,6 +132,21 @@ TEST(SoapServiceCall, proxyPort_isAProxyOnThisMachine) {
   call.settings.proxy = std::to_string(call.server.port());
   ASSERT_NE(call.run(), nullptr);
   EXPECT_EQ(call.server.requests().at(0).line, "POST http://service.example/secured HTTP/1.1");
+}
+
+TEST(SoapServiceCall, certificateThatIsNotTrusted_sendsNothing) {
+  const test::TemporaryFolder folder;
+  for (const auto& [name, isTrusted] : {std::pair("IP:127.0.0.1", true), {"IP:127.0.0.1", false}, {"DNS:b", true}}) {
+    const test::Certificate certificate(name);
+    Call call(FaultyServer::ok(std::string(kAnswer)), certificate.makeStream());
+    call.address = call.server.address("/secured", "https");
+    if (isTrusted)
+      call.options.caFile = folder.write("ca.pem", certificate.pem());
+    const bool isRight = isTrusted && name == std::string_view("IP:127.0.0.1");
+    const std::string error = failure([&] { call.run(); });
+    EXPECT_EQ(error.substr(0, error.find(" to ")), isRight ? "" : "1003 CurlTransport: No secure connection") << name;
+    EXPECT_EQ(call.server.requests().size(), isRight ? 1U : 0U) << name;
+  }
 }
 
 TEST(SoapServiceCall, lineThatXmlCannotCarry_sendsNothing) {

@@ -14,6 +14,7 @@ struct Mapping {
   CURLcode code;
   int number;
   std::string_view description;
+  std::int32_t timeout = 0;
 };
 
 const Mapping kMappings[] = {
@@ -24,7 +25,8 @@ const Mapping kMappings[] = {
     {CURLE_COULDNT_CONNECT, 1001,
      "No connection to https://service.example/secured: nothing accepts connections there"},
     {CURLE_PROXY, 1001, "No connection to https://service.example/secured: Detail"},
-    {CURLE_OPERATION_TIMEDOUT, 1002, "No complete answer from https://service.example/secured within the time-out"},
+    {CURLE_OPERATION_TIMEDOUT, 1002, "No complete answer from https://service.example/secured within the time-out", 1},
+    {CURLE_OPERATION_TIMEDOUT, 1001, "No connection to https://service.example/secured: it cannot be reached: Detail"},
     {CURLE_SSL_CONNECT_ERROR, 1003, "No secure connection to https://service.example/secured: Detail"},
     {CURLE_PEER_FAILED_VERIFICATION, 1003, "No secure connection to https://service.example/secured: Detail"},
     {CURLE_SSL_CACERT_BADFILE, 1003, "No secure connection to https://service.example/secured: Detail"},
@@ -43,7 +45,7 @@ const Mapping kMappings[] = {
 
 TEST(SoapErrors, eachCodeOfTheLibrary_hasItsNumberAndText) {
   for (const Mapping& mapping : kMappings) {
-    const RuntimeError error = curlError(mapping.code, kAddress, "Detail");
+    const RuntimeError error = curlError(mapping.code, kAddress, "Detail", mapping.timeout);
     EXPECT_EQ(error.number(), mapping.number) << mapping.description;
     EXPECT_EQ(error.description(), mapping.description);
     EXPECT_EQ(error.source(), "CurlTransport");

@@ -152,6 +152,27 @@ TEST_F(FileTraceLog, aFullFile_isNumberedAndThreeOldOnesAreKept) {
   EXPECT_FALSE(fs::exists(folder / "trace.4.log"));
 }
 
+TEST_F(FileTraceLog, aNewFile_isForItsOwnerAloneAndAnOldOneKeepsItsPermissions) {
+  constexpr fs::perms kOwner = fs::perms::owner_read | fs::perms::owner_write;
+  const auto write = [](host::TraceLog& log) { log.Trace("ImExModule", "Parse()", "Entering Method...", 0); };
+  const auto permissions = [this](const char* name) { return fs::status(folder / name).permissions(); };
+  log(write);
+  EXPECT_EQ(permissions("trace.log"), kOwner);
+
+  fs::permissions(path, fs::perms::group_read, fs::perm_options::add);
+  log(write);
+  EXPECT_EQ(permissions("trace.log"), kOwner | fs::perms::group_read);
+
+  fs::resize_file(path, std::uintmax_t{64} * 1024 * 1024);
+  log(write);
+  EXPECT_EQ(permissions("trace.log"), kOwner) << "the one that follows a full one";
+  EXPECT_EQ(permissions("trace.1.log"), kOwner | fs::perms::group_read);
+
+  path = folder / "a/b/trace.log";
+  log(write);
+  EXPECT_EQ(permissions("a/b/trace.log"), kOwner) << "in a folder that was missing";
+}
+
 TEST_F(FileTraceLog, twoLogs_writeTheirOwnFiles) {
   {
     platform::FileTraceLog first(path);
