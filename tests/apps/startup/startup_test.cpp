@@ -102,7 +102,7 @@ TEST(Startup, missingValue_isSaidInPlainWords) {
 }
 
 TEST(Startup, otherWords_stay) {
-  for (const char* words : {"A subcommand is required", "--type is required", "--x: 1 required"})
+  for (const char* words : {"A subcommand is required", "--type is required", "--x: 1 required once"})
     EXPECT_EQ(words, plainWords(words));
 }
 

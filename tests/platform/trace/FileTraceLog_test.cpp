@@ -177,6 +177,7 @@ TEST_F(FileTraceLog, aPipe_isRefusedWithoutWaiting) {
 }
 
 TEST_F(FileTraceLog, aLinkToAFile_isTheFile) {
+  folder.write("real.log", "");
   path = folder.link("trace.log", "real.log");
   log([](host::TraceLog& log) { log.Trace("ImExModule", "first()", "Entering Method...", 0); });
   EXPECT_EQ(lines("real.log"), (Lines{"trace\tImExModule\tfirst()\tEntering Method..."}));
