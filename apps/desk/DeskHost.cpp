@@ -30,6 +30,7 @@ struct DeskHost::Services {
   platform::DiskFiles files;
   platform::SoapTransportFactory transports;
   platform::SoapServiceCall serviceCall;
+  std::shared_ptr<platform::FileTraceLog> trace;
 };
 
 host::Services DeskHost::Services::all() {
@@ -62,9 +63,14 @@ void DeskHost::startTrace() {
   if (m_services->settings.traceFile().empty())
     return;
   const auto log = std::make_shared<platform::FileTraceLog>(m_services->settings.traceFile());
+  m_services->trace = log;
   host::Services services = m_services->all();
   services.createTraceLog = [log] { return log; };
   host::install(std::move(services));
+}
+
+std::string DeskHost::finishTrace() {
+  return m_services->trace ? m_services->trace->finish() : std::string();
 }
 
 } // namespace imex::desk

@@ -3,6 +3,7 @@
 #include "desk/DeskSettings.h"
 
 #include <memory>
+#include <string>
 
 namespace imex::desk {
 
@@ -17,6 +18,9 @@ class DeskHost {
 
   /// Begins to trace into the settings' file; does nothing where they name none. Error 57 where it cannot be opened.
   void startTrace();
+
+  /// Ends the trace, where there is one. Returns why its file lacks something, empty where it has everything.
+  std::string finishTrace();
 
  private:
   struct Services;

@@ -1,5 +1,6 @@
 #include "desk/Options.h"
 
+#include "runtime/RuntimeError.h"
 #include "startup/startup.h"
 
 #include <CLI/CLI.hpp>
@@ -21,7 +22,7 @@ directory, and an application directory that is set nowhere is the sample one.
 Exit status:
   0   the window was closed
   64  wrong use
-  66  the file of --config cannot be used)";
+  66  the file of --config, or a relative path, cannot be used)";
 
 } // namespace
 
@@ -42,10 +43,16 @@ ParsedOptions parseOptions(int argc, const char* const* argv) {
     app.exit(request);
     return {{}, ExitStatus::closed};
   } catch (const CLI::ParseError& error) {
-    std::cerr << "corvana-desk: " << withoutPasswords(error.what(), argc, argv) << "\nTry \"corvana-desk --help\".\n";
+    std::cerr << "corvana-desk: " << plainWords(withoutPasswords(error.what(), argc, argv))
+              << "\nTry \"corvana-desk --help\".\n";
     return {{}, ExitStatus::wrongUse};
   }
-  return {{absolutePath(options.config), absolutePath(options.applicationDirectory)}, std::nullopt};
+  try {
+    return {{absolutePath(options.config), absolutePath(options.applicationDirectory)}, std::nullopt};
+  } catch (const RuntimeError& error) {
+    std::cerr << "corvana-desk: " << error.description() << '\n';
+    return {{}, ExitStatus::cannotUseFile};
+  }
 }
 
 } // namespace imex::desk

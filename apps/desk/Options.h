@@ -8,7 +8,7 @@ namespace imex::desk {
 enum class ExitStatus {
   closed = 0,
   wrongUse = 64,
-  cannotUseFile = 66, ///< the INI file of --config
+  cannotUseFile = 66, ///< the INI file of --config, or a relative path
 };
 
 /// What the command line asks for.

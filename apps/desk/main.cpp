@@ -66,15 +66,22 @@ Start prepare(const Options& options) {
 int run(Start start) {
   DeskHost host(*start.settings);
   attempt(start.surroundings.notices, [&] { host.startTrace(); });
-  MainWindow window(*start.settings, std::move(start.surroundings));
-  window.show();
-  QTimer::singleShot(0, &window, &MainWindow::start);
-  return DeskApplication::exec();
+  int status = 0;
+  {
+    MainWindow window(*start.settings, std::move(start.surroundings));
+    window.show();
+    QTimer::singleShot(0, &window, &MainWindow::start);
+    status = DeskApplication::exec();
+  }
+  if (const std::string failure = host.finishTrace(); !failure.empty())
+    std::cerr << "corvana-desk: " << failure << '\n';
+  return status;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+  keepStandardStreams();
   const ParsedOptions parsed = parseOptions(argc, argv);
   if (parsed.exitStatus)
     return static_cast<int>(*parsed.exitStatus);

@@ -13,15 +13,19 @@
 #include "platform/soap/SoapTransportFactory.h"
 #include "platform/trace/FileTraceLog.h"
 
+#include <cstddef>
 #include <iostream>
+#include <vector>
 
 namespace imex::cli {
-
-namespace {
 
 std::string reasonOf(const RuntimeError& error) {
   return error.description() + " (error " + std::to_string(error.number()) + ")";
 }
+
+namespace {
+
+constexpr std::size_t kPortion = 65'536; ///< bytes of a file that are read at once
 
 /// Settings, application and user as the options have them.
 class OptionSettings : public host::Settings, public host::Application, public host::CurrentUser {
@@ -47,6 +51,7 @@ class ErrorStreamBox : public host::MessageBox {
   explicit ErrorStreamBox(bool answersYes) : m_answersYes(answersYes) {}
 
   host::Answer show(std::string_view prompt, int style, std::string_view title) override {
+    lastPrompt = prompt;
     std::cerr << title << ": " << prompt;
     if (style != host::kQuestionStyle) {
       std::cerr << std::endl;
@@ -58,6 +63,7 @@ class ErrorStreamBox : public host::MessageBox {
   }
 
   bool hasAsked = false;
+  std::string lastPrompt;
 
  private:
   bool m_answersYes;
@@ -98,12 +104,19 @@ class ErrorMemory : public host::TraceLog {
 
   bool takesTraces() const override { return m_file != nullptr; }
 
-  std::string lastError;
+  /// Ends the trace file, and says so where it is not complete.
+  void finish() {
+    const std::string failure = m_file ? m_file->finish() : std::string();
+    if (!failure.empty())
+      std::cerr << "imex: " << failure << '\n';
+  }
+
+  std::optional<RuntimeError> lastError;
   int errorCount = 0;
 
  private:
   void remember(const RuntimeError& error) {
-    lastError = reasonOf(error);
+    lastError = error;
     ++errorCount;
   }
 
@@ -144,9 +157,10 @@ ConsoleHost::ConsoleHost(const Options& options) : m_services(std::make_unique<S
 
 ConsoleHost::~ConsoleHost() {
   host::install({});
+  m_services->trace->finish();
 }
 
-std::string ConsoleHost::lastError() const {
+std::optional<RuntimeError> ConsoleHost::lastError() const {
   return m_services->trace->lastError;
 }
 
@@ -154,16 +168,23 @@ bool ConsoleHost::hasAskedQuestion() const {
   return m_services->messageBox.hasAsked;
 }
 
+const std::string& ConsoleHost::lastPrompt() const {
+  return m_services->messageBox.lastPrompt;
+}
+
 int ConsoleHost::errorCount() const {
   return m_services->trace->errorCount;
 }
 
-std::string ConsoleHost::openingError(const std::string& path) const {
+std::optional<RuntimeError> ConsoleHost::readingError(const std::string& path) {
   try {
-    m_services->files.openForInput(path);
-    return {};
+    const auto source = host::required(host::services().files).openForInput(path);
+    std::vector<char> buffer(kPortion);
+    while (source->read(buffer.data(), buffer.size()) != 0) {
+    }
+    return std::nullopt;
   } catch (const RuntimeError& error) {
-    return reasonOf(error);
+    return error;
   }
 }
 

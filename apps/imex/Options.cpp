@@ -3,16 +3,22 @@
 #include "ExitStatus.h"
 #include "platform/config/IniFile.h"
 #include "platform/files/DiskFiles.h"
+#include "platform/trace/FileTraceLog.h"
+#include "request/shared.h"
+#include "runtime/RuntimeError.h"
 #include "runtime/address.h"
-#include "runtime/numbers.h"
+#include "runtime/paths.h"
 #include "runtime/text.h"
 #include "startup/startup.h"
 
 #include <CLI/CLI.hpp>
 
+#include <charconv>
+#include <cstdint>
+#include <filesystem>
 #include <iostream>
 #include <limits>
-#include <vector>
+#include <system_error>
 
 namespace imex::cli {
 
@@ -24,7 +30,7 @@ constexpr const char* kExitStatuses = R"(Exit status:
   2   refused by the client's checks
   3   the exchange with the service failed
   64  wrong use
-  66  a file cannot be opened
+  66  a file cannot be opened or read, or the INI file not be used
   74  standard output does not take the results)";
 
 constexpr const char* kIniHelp = R"(INI file with the settings:
@@ -109,21 +115,42 @@ void addCommonOptions(CLI::App& app, CommandLine& line) {
   throw CLI::ValidationError(message);
 }
 
-std::int32_t milliseconds(const std::string& text) {
-  try {
-    const std::int32_t value = toLong(text);
-    if (value >= 0)
-      return value;
-  } catch (const RuntimeError&) { // said below
-  }
-  refuse("the time-out must be a number of milliseconds from 0 to 2147483647, not \"" + shownAddress(text) + "\"");
+/// A number of the command line, or else of the INI file: nothing where neither has one.
+struct NumberSetting {
+  const char* words; ///< what it is, in a message
+  const char* unit;
+  const char* key; ///< in [service]
+  std::int32_t least;
+  std::int32_t greatest;
+};
+
+constexpr NumberSetting kTimeout{"time-out", " of milliseconds", "timeout", 0,
+                                 std::numeric_limits<std::int32_t>::max()};
+constexpr NumberSetting kProxyPort{"proxy port", "", "proxyPort", 1, 65'535};
+
+/// Decimal digits and nothing else.
+std::optional<std::int32_t> numberOf(const std::string& text, const NumberSetting& setting) {
+  std::int32_t number = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  const bool isNumber = error == std::errc{} && stop == end && text.front() != '-';
+  return isNumber && number >= setting.least && number <= setting.greatest ? std::optional(number) : std::nullopt;
 }
 
-std::string port(const std::string& text) {
-  const bool isNumber = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos && text.size() <= 5;
-  if (!text.empty() && (!isNumber || std::stoi(text) < 1 || std::stoi(text) > 65535))
-    refuse("the proxy port must be a number from 1 to 65535, not \"" + shownAddress(text) + "\"");
-  return text;
+std::optional<std::int32_t> givenNumber(const NumberSetting& setting, const Given& given, const CommandLine& line,
+                                        const platform::IniFile& ini) {
+  const std::string text = given ? *given : ini.value("service", setting.key).value_or("");
+  if (text.empty() && !given)
+    return std::nullopt;
+  if (const auto number = numberOf(text, setting))
+    return number;
+  const std::string demand = std::string(" must be a number") + setting.unit + " from " +
+                             std::to_string(setting.least) + " to " + std::to_string(setting.greatest) + ", not \"" +
+                             shownAddress(text) + "\"";
+  if (given)
+    refuse(std::string("the ") + setting.words + demand);
+  throw RuntimeError(static_cast<std::int32_t>(ErrorNumber::invalidProcedureCall), "Options",
+                     *line.config + ": [service] " + setting.key + demand);
 }
 
 void applySettings(CommandLine& line, const platform::IniFile& ini) {
@@ -137,9 +164,11 @@ void applySettings(CommandLine& line, const platform::IniFile& ini) {
   options.title = ini.value("application", "title").value_or(options.title);
   options.securedAddress = setting(line.secured, "service", "secured");
   options.unsecuredAddress = setting(line.unsecured, "service", "unsecured");
-  const std::string timeout = setting(line.timeout, "service", "timeout");
-  options.timeout = timeout.empty() ? 0 : milliseconds(timeout);
-  options.proxyPort = port(setting(line.proxyPort, "service", "proxyPort"));
+  options.timeout = givenNumber(kTimeout, line.timeout, line, ini).value_or(0);
+  if (line.proxyPort != "") { // an empty one takes back that of the INI file
+    const auto port = givenNumber(kProxyPort, line.proxyPort, line, ini);
+    options.proxyPort = port ? std::to_string(*port) : std::string();
+  }
   options.userName = setting(line.userName, "user", "name");
   options.userId = setting(line.userId, "user", "id");
   options.traceFile = absolutePath(setting(line.trace, "trace", "file"));
@@ -157,6 +186,9 @@ void applyCodes(CommandLine& line) {
   if (road != "SEND" && road != "INSTANT")
     refuse("the road is send or instant, not \"" + line.road + "\"");
   options.road = road == "SEND" ? Road::send : Road::instant;
+  const bool hasFile = options.command == Command::importFile || options.command == Command::check;
+  if (hasFile && options.file.empty())
+    refuse("FILE must be the name of a file, not \"\"");
   options.file = absolutePath(options.file);
 }
 
@@ -170,9 +202,40 @@ void requireSettings(const Options& options) {
                     : "no address: give --secured, or [service] secured in the --config file");
 }
 
+/// Whether two paths lead to one file, or would, once both files are there.
+bool isSamePlace(const std::string& a, const std::string& b) {
+  const platform::DiskFiles files;
+  const std::filesystem::path first = platform::nativePath(a);
+  const std::filesystem::path second = platform::nativePath(b);
+  return files.isSameFile(a, b) || (files.isSameFile(first.parent_path().string(), second.parent_path().string()) &&
+                                    equalsIgnoringCase(first.filename().string(), second.filename().string()));
+}
+
+/// The trace is appended to, and at its limit renamed over older ones: no other file of the user's or of the import may
+/// stand there.
+void requireOwnTrace(const CommandLine& line) {
+  const Options& options = line.options;
+  if (options.traceFile.empty())
+    return;
+  const auto refuseAt = [&](const char* what, const std::string& path) {
+    for (const std::string& trace : platform::FileTraceLog::files(options.traceFile)) {
+      if (isSamePlace(trace, path))
+        refuse(std::string("the trace cannot be written to ") + what + ": " + trace);
+    }
+  };
+  if (!options.file.empty()) {
+    refuseAt("the import file", options.file);
+    refuseAt("the results page", std::string(folderOf(options.file)) + std::string(kResultsPageName));
+  }
+  if (line.config)
+    refuseAt("the INI file", absolutePath(*line.config));
+}
+
 platform::IniFile readConfig(const Given& path) {
   if (!path)
     return {};
+  if (path->empty())
+    refuse("--config needs the name of a file");
   platform::DiskFiles files;
   return platform::IniFile::read(files, *path);
 }
@@ -197,14 +260,15 @@ ParsedOptions parseOptions(int argc, const char* const* argv) {
     applySettings(line, readConfig(line.config));
     applyCodes(line);
     requireSettings(line.options);
+    requireOwnTrace(line);
     return {line.options, std::nullopt};
   } catch (const CLI::Success& request) {
     return {{}, app.exit(request)};
   } catch (const CLI::ParseError& error) {
-    return {{}, fail(withoutPasswords(error.what(), argc, argv) + "\nTry \"imex --help\".", ExitStatus::wrongUse)};
-  } catch (const RuntimeError& error) {
-    const bool isContent = error.source() == "IniFile";
-    return {{}, fail(error.description(), isContent ? ExitStatus::wrongUse : ExitStatus::cannotOpenFile)};
+    const std::string text = plainWords(withoutPasswords(error.what(), argc, argv));
+    return {{}, fail(text + "\nTry \"imex --help\".", ExitStatus::wrongUse)};
+  } catch (const RuntimeError& error) { // of the INI file, or of a relative path where no current directory is
+    return {{}, fail(error.description(), ExitStatus::cannotOpenFile)};
   }
 }
 

@@ -1,8 +1,11 @@
 #include "Results.h"
 
+#include "jsonText.h"
+
 #include <nlohmann/json.hpp>
 
 #include <iostream>
+#include <string_view>
 
 namespace imex::cli {
 
@@ -10,26 +13,16 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr std::string_view kReply = "Reply:   ";
+constexpr std::string_view kReport = "Report:  ";
+
 Json orNull(const std::optional<std::string>& text) {
   return text ? Json(*text) : Json(nullptr);
 }
 
-/// The text on one line of the output and the rest of it below, indented.
-std::string indented(const std::string& text) {
-  std::string result;
-  for (const char c : text) {
-    if (c == '\r')
-      continue;
-    result += c;
-    if (c == '\n')
-      result += "             ";
-  }
-  return result;
-}
-
 void appendTexts(std::string& output, std::string_view label, const std::vector<std::string>& texts) {
   for (const std::string& text : texts)
-    output.append("  ").append(label).append(indented(text)).append("\n");
+    output.append(label).append(indented(text, label.size())).append("\n");
 }
 
 /// A line that did not get in although nothing is wrong with it shared a file with one that has something.
@@ -41,6 +34,18 @@ const char* verdictOn(const LineResult& line) {
 
 } // namespace
 
+std::string indented(const std::string& text, std::size_t width) {
+  std::string result;
+  for (const char c : text) {
+    if (c == '\r')
+      continue;
+    result += c;
+    if (c == '\n')
+      result.append(width, ' ');
+  }
+  return result;
+}
+
 void printJson(const Results& results) {
   Json lines = Json::array();
   for (const LineResult& line : results.lines)
@@ -50,22 +55,22 @@ void printJson(const Results& results) {
                        {"reply", orNull(results.reply)},
                        {"report", orNull(results.report)},
                        {"lines", std::move(lines)}};
-  std::cout << object.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  std::cout << jsonText(object);
 }
 
 void printText(const Results& results) {
   std::string verdicts;
   for (const LineResult& line : results.lines) {
     verdicts.append("Line ").append(std::to_string(line.line)).append(": ").append(verdictOn(line)).append("\n");
-    appendTexts(verdicts, "Error:     ", line.errors);
-    appendTexts(verdicts, "Warning:   ", line.warnings);
+    appendTexts(verdicts, "  Error:     ", line.errors);
+    appendTexts(verdicts, "  Warning:   ", line.warnings);
   }
   std::cout << verdicts;
   if (results.reply)
-    std::cout << "Reply:   " << *results.reply << '\n';
+    std::cout << kReply << indented(*results.reply, kReply.size()) << '\n';
   std::cout << "Outcome: " << results.outcome << '\n';
   if (results.report)
-    std::cout << "Report:  " << *results.report << '\n';
+    std::cout << kReport << indented(*results.report, kReport.size()) << '\n';
 }
 
 } // namespace imex::cli

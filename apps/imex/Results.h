@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +24,10 @@ struct Results {
   std::optional<std::string> report; ///< the path of the results page
   std::vector<LineResult> lines;
 };
+
+/// The text with its first line as it is and the rest below, indented by the width of the label in front: no text of a
+/// file or of a service can begin a line, and so look like one of the program's own.
+std::string indented(const std::string& text, std::size_t width);
 
 /// Prints one JSON object: {"outcome", "reply", "report", "lines": [{"line", "successful", "errors", "warnings"}]}.
 /// "reply" and "report" are null where there is none. Bytes that are no valid text become U+FFFD.

@@ -1,37 +1,57 @@
 #include "VisibleControls.h"
 
+#include "hiddenCharacters.h"
 #include "runtime/bytes.h"
+#include "runtime/text.h"
 
-#include <array>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace imex::cli {
 
 namespace {
 
-constexpr unsigned char kCarriageReturn = '\r';
-constexpr unsigned char kLeadOfLatin = 0xC2; // U+0080 to U+00BF follow it
+constexpr char kCarriageReturn = '\r';
 
-bool isControl(unsigned char byte) {
-  return (byte < 0x20 && byte != '\t' && byte != '\n') || byte == 0x7F;
+/// How many bytes the character has that begins with this one; 1 where none begins so.
+std::size_t lengthFrom(char lead) {
+  const auto byte = static_cast<unsigned char>(lead);
+  if (byte >= 0xF0)
+    return 4;
+  if (byte >= 0xE0)
+    return 3;
+  return byte >= 0xC2 ? 2 : 1;
 }
 
-bool isControlBehindLead(int byte) {
-  return byte >= 0x80 && byte <= 0x9F;
-}
-
-bool isHeld(unsigned char byte) {
-  return byte == kCarriageReturn || byte == kLeadOfLatin;
+bool isContinuation(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
 bool write(std::streambuf& to, std::string_view text) {
   return to.sputn(text.data(), static_cast<std::streamsize>(text.size())) == static_cast<std::streamsize>(text.size());
 }
 
-bool writeNumber(std::streambuf& to, unsigned char byte) {
+bool writeNumber(std::streambuf& to, char32_t number) {
   constexpr std::string_view kDigits = "0123456789abcdef";
-  const std::array number = {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0xF]};
-  return write(to, {number.data(), number.size()});
+  std::string text = number > 0xFF ? "\\u" : "\\x";
+  for (unsigned shift = number > 0xFF ? 16 : 8; shift > 0; shift -= 4)
+    text += kDigits[(number >> (shift - 4)) & 0xFU];
+  return write(to, text);
+}
+
+/// Writes one character, or bytes that are none, so that it is seen.
+bool writeVisibly(std::streambuf& to, std::string_view bytes) {
+  const CodePoint character = codePointAt(bytes, 0);
+  if (character.valid && character.bytes == bytes.size()) {
+    const bool isHere = !isHidden(character.value) || bytes == "\t" || bytes == "\n";
+    return isHere ? write(to, bytes) : writeNumber(to, character.value);
+  }
+  for (const char byte : bytes) {
+    if (!writeNumber(to, static_cast<unsigned char>(byte)))
+      return false;
+  }
+  return true;
 }
 
 /// Exchanges the buffer of a stream, which would forget that it has failed.
@@ -56,7 +76,7 @@ VisibleControls::~VisibleControls() {
 int VisibleControls::overflow(int byte) {
   if (traits_type::eq_int_type(byte, traits_type::eof()))
     return traits_type::not_eof(byte);
-  return put(static_cast<unsigned char>(byte)) ? byte : traits_type::eof();
+  return put(static_cast<char>(byte)) ? byte : traits_type::eof();
 }
 
 /// Most bytes need no look of their own.
@@ -64,40 +84,39 @@ std::streamsize VisibleControls::xsputn(const char* text, std::streamsize size) 
   const auto needsALook = [](auto c) { return (isControlOrNonAscii(c) & (c != '\t') & (c != '\n')) | (c == 0x7F); };
   const std::string_view all(text, static_cast<std::size_t>(size));
   for (std::size_t at = 0; at < all.size(); ++at) {
-    const std::size_t plain = m_held == kNothing ? findByte(all, needsALook, at) : at;
+    const std::size_t plain = m_held.empty() ? findByte(all, needsALook, at) : at;
     if (plain > at && !write(*m_next, all.substr(at, plain - at)))
       return static_cast<std::streamsize>(at);
     at = plain;
-    if (at < all.size() && !put(static_cast<unsigned char>(all[at])))
+    if (at < all.size() && !put(all[at]))
       return static_cast<std::streamsize>(at);
   }
   return size;
 }
 
-bool VisibleControls::put(unsigned char byte) {
-  if (m_held == kCarriageReturn && byte == '\n') {
-    m_held = kNothing;
+bool VisibleControls::put(char byte) {
+  if (m_held.empty())
+    return start(byte);
+  if (m_held.front() == kCarriageReturn && byte == '\n') {
+    m_held.clear();
     return write(*m_next, "\r\n");
   }
-  if (m_held == kLeadOfLatin && isControlBehindLead(byte)) {
-    m_held = kNothing;
-    return writeNumber(*m_next, byte);
-  }
-  if (!flushHeld())
-    return false;
-  if (isHeld(byte)) {
-    m_held = byte;
-    return true;
-  }
-  return isControl(byte) ? writeNumber(*m_next, byte) : m_next->sputc(static_cast<char>(byte)) != traits_type::eof();
+  if (m_held.front() == kCarriageReturn || !isContinuation(byte))
+    return flushHeld() && start(byte);
+  m_held += byte;
+  return m_held.size() < lengthFrom(m_held.front()) || flushHeld();
+}
+
+bool VisibleControls::start(char byte) {
+  m_held = byte;
+  return byte == kCarriageReturn || lengthFrom(byte) > 1 || flushHeld();
 }
 
 bool VisibleControls::flushHeld() {
-  if (m_held == kNothing)
+  if (m_held.empty())
     return true;
-  const auto held = static_cast<unsigned char>(m_held);
-  m_held = kNothing;
-  return isControl(held) ? writeNumber(*m_next, held) : m_next->sputc(static_cast<char>(held)) != traits_type::eof();
+  const std::string held = std::exchange(m_held, {});
+  return writeVisibly(*m_next, held);
 }
 
 /// A byte that is held stays so: what follows it decides.

@@ -2,12 +2,14 @@
 
 #include <ostream>
 #include <streambuf>
+#include <string>
 
 namespace imex::cli {
 
-/// Makes control characters visible in what goes out through a stream while the object lives: names of files and
-/// answers of a service may hold sequences that a terminal obeys. Each becomes its number in hexadecimal ("\x1b");
-/// tabs and line ends, LF and CR LF, stay. UTF-8 passes, but for its control characters U+0080 to U+009F.
+/// Makes hidden characters (hiddenCharacters.h) visible in what goes out through a stream while the object lives: names
+/// of files and answers of a service may hold sequences that a terminal obeys. Each becomes its number in hexadecimal,
+/// "\x1b" or "\u202e", and so does a byte that is no UTF-8, "\xff"; tabs and line ends, LF and CR LF, stay. What goes
+/// out is valid UTF-8.
 class VisibleControls : public std::streambuf {
  public:
   explicit VisibleControls(std::ostream& stream);
@@ -21,14 +23,13 @@ class VisibleControls : public std::streambuf {
   int sync() override;
 
  private:
-  bool put(unsigned char byte);
+  bool put(char byte);
+  bool start(char byte);
   bool flushHeld();
 
   std::ostream& m_stream;
   std::streambuf* m_next;
-  int m_held = kNothing; ///< a byte whose meaning the next one decides
-
-  static constexpr int kNothing = -1;
+  std::string m_held; ///< the beginning of a character, or CR, whose meaning the next byte decides
 };
 
 } // namespace imex::cli

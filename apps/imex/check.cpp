@@ -11,13 +11,10 @@ ExitStatus runCheck(const Options& options, const ConsoleHost& host) {
   ImExRequest request;
   fill(request, options);
   Results results;
-  Ending ending = kAccepted;
-  if (const auto problem = problemWith(request, options, host)) {
-    ending = *problem;
-  } else {
-    results.lines = failingLines(request, host);
-    ending = results.lines.empty() ? kAccepted : kRefused;
-  }
+  std::optional<Ending> problem = problemWith(request, options, host);
+  if (!problem)
+    problem = listFailingLines(results.lines, request, options, host);
+  const Ending ending = problem.value_or(results.lines.empty() ? kAccepted : kRefused);
   results.outcome = ending.outcome;
   print(results, options);
   return ending.status;

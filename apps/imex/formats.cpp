@@ -1,6 +1,7 @@
 #include "formats.h"
 
 #include "commands.h"
+#include "jsonText.h"
 #include "module/ImExModule.h"
 
 #include <nlohmann/json.hpp>
@@ -72,7 +73,7 @@ void printJson() {
                     {"origin", format.dataOrigin},
                     {"columns", std::vector<std::string>(columns->begin(), columns->end())}});
   }
-  std::cout << nlohmann::ordered_json{{"formats", list}}.dump(2) << '\n';
+  std::cout << jsonText({{"formats", list}});
 }
 
 bool areAllLoaded() {
@@ -103,8 +104,7 @@ ExitStatus runTemplate(const Options& options) {
   const StringsPtr columns =
       problem ? std::make_shared<Strings>() : ImExModule::getFormatColumns(options.dataType + options.dataOrigin);
   if (options.asJson)
-    std::cout << nlohmann::ordered_json{{"columns", std::vector<std::string>(columns->begin(), columns->end())}}.dump(2)
-              << '\n';
+    std::cout << jsonText({{"columns", std::vector<std::string>(columns->begin(), columns->end())}});
   else if (!problem)
     std::cout << joined(*columns, "\t") << '\n';
   return problem.value_or(kAccepted).status;

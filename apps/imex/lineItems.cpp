@@ -1,5 +1,8 @@
 #include "lineItems.h"
 
+#include "Results.h"
+#include "jsonText.h"
+#include "request/shared.h"
 #include "requests.h"
 #include "runtime/text.h"
 
@@ -68,7 +71,7 @@ void printJson(const LineItems& items, std::string_view outcome) {
   for (const auto& [line, error] : items.errors)
     errors.push_back({{"line", line}, {"error", error}});
   const Json object = {{"outcome", outcome}, {"records", std::move(records)}, {"errors", std::move(errors)}};
-  std::cout << object.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  std::cout << jsonText(object);
 }
 
 /// One line of the table: every value but the last filled up to the width of its column, empty columns left out.
@@ -80,6 +83,17 @@ void printRow(const std::vector<std::string>& values, const std::vector<std::siz
   }
   row.erase(row.find_last_not_of(' ') + 1);
   std::cout << row << '\n';
+}
+
+/// A record stays on its line of the table, although a field may hold a line end.
+std::vector<Record> onOneLineEach(std::vector<Record> records) {
+  for (Record& record : records) {
+    for (std::string& value : record) {
+      for (std::size_t at = value.find('\n'); at != std::string::npos; at = value.find('\n', at))
+        value.replace(at, 1, "\\x0a");
+    }
+  }
+  return records;
 }
 
 void printTable(const std::vector<Record>& records) {
@@ -95,16 +109,28 @@ void printTable(const std::vector<Record>& records) {
     printRow({record.begin(), record.end()}, widths);
 }
 
+void printError(const std::string& label, const std::string& error) {
+  std::cout << label << indented(error, label.size()) << '\n';
+}
+
 void printText(const LineItems& items, std::string_view outcome) {
   if (!items.records.empty())
-    printTable(items.records);
+    printTable(onOneLineEach(items.records));
   for (const auto& [line, error] : items.errors)
-    std::cout << "Line " << line << ": " << error << '\n';
+    printError("Line " + std::to_string(line) + ": ", error);
   std::cout << "Outcome: " << outcome << '\n';
 }
 
-Ending endingOf(const LineItems& items) {
-  return items.isComplete && items.errors.empty() ? kAccepted : kRefused;
+/// How the reading ended. Where it ended early, the user is told why unless a box has said it.
+Ending endingOf(const LineItems& items, const Options& options, const ConsoleHost& host, int errorsBefore) {
+  if (items.isComplete)
+    return items.errors.empty() ? kAccepted : kRefused;
+  const std::optional<RuntimeError> error = host.errorCount() != errorsBefore ? host.lastError() : std::nullopt;
+  if (error ? isOfFile(*error) : host.lastPrompt() == kCannotOpenFile)
+    return tellUnreadable(options, error);
+  if (error)
+    std::cerr << "imex: " << options.file << ": " << reasonOf(*error) << '\n';
+  return kRefused;
 }
 
 } // namespace
@@ -121,10 +147,9 @@ ExitStatus runLineItems(const Options& options, const ConsoleHost& host) {
   if (const auto problem = problemWith(request, options, host)) {
     ending = *problem;
   } else {
+    const int errorsBefore = host.errorCount();
     items = read(request, options.dataType);
-    ending = endingOf(items);
-    if (!items.isComplete && !host.lastError().empty())
-      std::cerr << "imex: " << options.file << ": " << host.lastError() << '\n';
+    ending = endingOf(items, options, host, errorsBefore);
   }
   if (options.command == Command::check)
     items.records.clear();

@@ -51,6 +51,7 @@ int runProgram(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+  keepStandardStreams();
   // A file that grows past a limit of the user's is an error like a full disk and must not end the program.
   std::signal(SIGXFSZ, SIG_IGN);
   std::ios::sync_with_stdio(false); // results go out in large pieces; before an error they all go out

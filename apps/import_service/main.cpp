@@ -6,6 +6,7 @@
 #include "import_service/Store.h"
 #include "import_service/StoreUrl.h"
 #include "import_service/wording.h"
+#include "startup/startup.h"
 
 #include <csignal>
 #include <iostream>
@@ -80,6 +81,7 @@ void serve(const Options& options) {
 } // namespace
 
 int main(int argc, char** argv) {
+  imex::keepStandardStreams();
   ExitCode code = ExitCode::stopped;
   try {
     const Options options = parseOptions(argc, argv);

@@ -1,14 +1,28 @@
 #include "startup/startup.h"
 
 #include "platform/system/system.h"
+#include "runtime/RuntimeError.h"
 #include "runtime/address.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <locale>
 #include <string_view>
 #include <system_error>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace imex {
+
+void keepStandardStreams() {
+  for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
+    // For reading only, also those to be written to: what cannot be delivered is to be an error. The lowest free number
+    // is taken, which is this one.
+    if (::fcntl(descriptor, F_GETFD) < 0)
+      (void)::open("/dev/null", O_RDONLY);
+  }
+}
 
 void useLocaleOfUser() {
   std::locale::global(platform::system::userLocale());
@@ -18,10 +32,20 @@ void useLocaleOfUser() {
 std::string absolutePath(const std::string& path) {
   if (path.empty())
     return path;
-  std::string full = std::filesystem::absolute(path).string();
+  std::error_code error;
+  std::string full = std::filesystem::absolute(path, error).string();
+  if (error)
+    throw RuntimeError(static_cast<std::int32_t>(ErrorNumber::pathNotFound), "absolutePath",
+                       path + ": the current directory cannot be found: " + error.message());
   while (full.size() > 1 && full.back() == '/')
     full.pop_back();
   return full;
+}
+
+std::string plainWords(const std::string& parserMessage) {
+  const std::size_t required = parserMessage.find(": 1 required "); // "--config: 1 required FILE missing"
+  const bool lacksValue = required != std::string::npos && parserMessage.ends_with(" missing");
+  return lacksValue ? parserMessage.substr(0, required) + " needs a value" : parserMessage;
 }
 
 std::filesystem::path programFolder() {

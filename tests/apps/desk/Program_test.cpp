@@ -7,6 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace imex::desk::test {
 
@@ -67,6 +70,23 @@ TEST(DeskProgram, wrongConfigIsNamedWithItsLine) {
   const Ended ended = desk({"--config", folder.write("desk.ini", "[user]\nwhat\n")});
   EXPECT_EQ(66, ended.status);
   EXPECT_THAT(ended.err, StartsWith("corvana-desk: " + (folder / "desk.ini") + ", line 2: "));
+}
+
+TEST(DeskProgram, relativePathInAFolderThatIsGoneIsNamed) {
+  const imex::test::TemporaryFolder folder;
+  const std::string gone = folder / "gone";
+  const std::string script = "mkdir '" + gone + "' && cd '" + gone + "' && rmdir '" + gone + "' && exec \"$@\"";
+  for (const auto& [option, path] : {std::pair{"--config", "desk.ini"}, std::pair{"--app-dir", "share"}}) {
+    const Ended ended = imex::test::run("/bin/sh", {"-c", script, "sh", CORVANA_DESK_PROGRAM, option, path});
+    EXPECT_EQ(66, ended.status);
+    EXPECT_EQ(std::string("corvana-desk: ") + path +
+                  ": the current directory cannot be found: No such file or directory\n",
+              ended.err);
+  }
+}
+
+TEST(DeskProgram, missingValueIsSaidInPlainWords) {
+  EXPECT_EQ("corvana-desk: --config needs a value\nTry \"corvana-desk --help\".\n", desk({"--config"}).err);
 }
 
 TEST(DeskProgram, pathsAreMadeAbsolute) {

@@ -4,14 +4,24 @@ namespace imex::test {
 
 ProgramTest::ProgramTest() = default;
 
-Ended ProgramTest::imex(const std::vector<std::string>& arguments) const {
+std::vector<std::string> ProgramTest::withSettings(const std::vector<std::string>& arguments) const {
   std::vector<std::string> all = {"--app-dir",   IMEX_SOURCE_DIR "/share",
                                   "--secured",   secured,
                                   "--unsecured", unsecured,
                                   "--user",      "Ann Agent",
                                   "--user-id",   "agent1"};
   all.insert(all.end(), arguments.begin(), arguments.end());
-  return run(IMEX_PROGRAM, all, {"XDG_CACHE_HOME=" + (folder / "cache")});
+  return all;
+}
+
+Ended ProgramTest::imex(const std::vector<std::string>& arguments) const {
+  return run(IMEX_PROGRAM, withSettings(arguments), {"XDG_CACHE_HOME=" + (folder / "cache")});
+}
+
+Ended ProgramTest::imexInShell(const std::string& script, const std::vector<std::string>& arguments) const {
+  std::vector<std::string> all = withSettings(arguments);
+  all.insert(all.begin(), {"-c", script, "sh", IMEX_PROGRAM});
+  return run("/bin/sh", all, {"XDG_CACHE_HOME=" + (folder / "cache")});
 }
 
 Ended ProgramTest::importCustomers(const std::string& file, std::vector<std::string> more) const {

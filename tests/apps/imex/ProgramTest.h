@@ -22,11 +22,17 @@ class ProgramTest : public testing::Test {
   /// Runs `imex` with the settings of the test and these arguments.
   Ended imex(const std::vector<std::string>& arguments) const;
 
+  /// As imex(), by a shell: "$@" in the script is the call.
+  Ended imexInShell(const std::string& script, const std::vector<std::string>& arguments) const;
+
   /// imex import FILE of agent customers, and more arguments.
   Ended importCustomers(const std::string& file, std::vector<std::string> more = {}) const;
 
   /// Lets both addresses be those of a server.
   void use(const FaultyServer& server);
+
+  /// The settings of the test and these arguments.
+  std::vector<std::string> withSettings(const std::vector<std::string>& arguments) const;
 
   TemporaryFolder folder;
   std::string secured = "http://127.0.0.1:1/secured";

@@ -4,6 +4,7 @@
 
 #include <sstream>
 #include <string>
+#include <string_view>
 
 namespace imex::cli {
 
@@ -19,7 +20,8 @@ std::string shown(const std::string& text) {
 }
 
 TEST(VisibleControls, ordinaryTextPassesUnchanged) {
-  for (const char* text : {"", "Line 1: accepted\n", "a\tb\n", "Müller – 100 €\n", "£\u00a0\u00bf"})
+  for (const char* text : {"", "Line 1: accepted\n", "a\tb\n", "Müller – 100 €\n", "£\u00a0\u00bf", "\u202f\u2030",
+                           "\U0001F600\U0010FFFF", "\u05d0\u0628"})
     EXPECT_EQ(text, shown(text));
 }
 
@@ -45,13 +47,16 @@ TEST(VisibleControls, characterMayComeInParts) {
   std::ostringstream out;
   {
     const VisibleControls visible(out);
+    for (const char c : std::string_view("\U0001F600\u202e€"))
+      out << c;
     out << "a\r"
         << "\n\xC2"
         << "\x9b"
         << "b\xC2"
         << "\xA3\r" << 'c';
   }
-  EXPECT_EQ("a\r\n\\x9b"
+  EXPECT_EQ("\U0001F600\\u202e€"
+            "a\r\n\\x9b"
             "b\u00a3\\x0d"
             "c",
             out.str());
@@ -64,12 +69,21 @@ TEST(VisibleControls, carriageReturnStaysBeforeALineEndAlone) {
   EXPECT_EQ("\\x0d", shown("\r"));
 }
 
-TEST(VisibleControls, characterThatIsCutOffPassesAsItIs) {
-  EXPECT_EQ("\xC2", shown("\xC2"));
-  EXPECT_EQ("\xC2"
+TEST(VisibleControls, separatorsAndMarksOfDirectionBecomeTheirNumbers) {
+  EXPECT_EQ("a\\u2028b\\u2029", shown("a\u2028b\u2029"));
+  EXPECT_EQ("\\u061c\\u200e\\u200f\\u202a\\u202e\\u2066\\u2069.", shown("\u061c\u200e\u200f\u202a\u202e\u2066\u2069."));
+}
+
+TEST(VisibleControls, byteThatIsNoTextBecomesItsNumber) {
+  EXPECT_EQ("\\xc2", shown("\xC2"));
+  EXPECT_EQ("\\xc2"
             "a",
             shown("\xC2"
                   "a"));
+  EXPECT_EQ("\\xc2\r\n", shown("\xC2\r\n"));
+  EXPECT_EQ("\\xe2\\x80é", shown("\xE2\x80é"));
+  EXPECT_EQ("\\x80\\xff\\xf0\\x9f\\x98", shown("\x80\xFF\xF0\x9F\x98"));
+  EXPECT_EQ("\\xed\\xa0\\x80 \\xe0\\x80\\x80 \\xc0\\xaf", shown("\xED\xA0\x80 \xE0\x80\x80 \xC0\xAF"));
 }
 
 TEST(VisibleControls, streamIsItselfAgainAfterwards) {

@@ -32,6 +32,9 @@ class BadAnswer : public RoadTest {
     EXPECT_FALSE(std::filesystem::exists(folder / "validationresults.html"));
   }
 
+  /// The line that says what an error means that has only a standing text.
+  std::string answerLine() const { return "imex: the answer of " + secured + " could not be understood\n"; }
+
   /// The line that names the address where the reason does not.
   std::string addressLine() const { return "imex: the address was " + secured + "\n"; }
 
@@ -116,7 +119,7 @@ TEST_P(BadAnswer, status500WithoutFault_namesStatusAndAddress) {
 TEST_P(BadAnswer, lineNumberPast16Bits_isAnOverflow) {
   const FaultyServer server(FaultyServer::ok(soapAnswer(acceptedLine("40000"))));
   const Ended ended = importFrom(server);
-  expectFailure(ended, words("Overflow") + addressLine());
+  expectFailure(ended, words("Overflow") + answerLine());
 }
 
 TEST_P(BadAnswer, greatestLineNumber_isAccepted) {
@@ -129,7 +132,32 @@ TEST_P(BadAnswer, greatestLineNumber_isAccepted) {
 TEST_P(BadAnswer, booleanMaybe_isATypeMismatch) {
   const FaultyServer server(FaultyServer::ok(soapAnswer(acceptedLine("1", "maybe"))));
   const Ended ended = importFrom(server);
-  expectFailure(ended, words("Type mismatch") + addressLine());
+  expectFailure(ended, words("Type mismatch") + answerLine());
+}
+
+TEST_P(BadAnswer, withoutAResult_isNotUnderstood) {
+  const FaultyServer server(FaultyServer::ok(
+      R"(<s:Envelope xmlns:s="http://schemas.xmlsoap.org/soap/envelope/"><s:Body><answer/></s:Body></s:Envelope>)"));
+  const Ended ended = importFrom(server);
+  expectFailure(ended,
+                words(GetParam() == "send" ? "Object variable not set" : "Subscript out of range") + answerLine());
+}
+
+TEST_P(BadAnswer, ofOtherElements_isNotUnderstood) {
+  const FaultyServer server(FaultyServer::ok(soapAnswer("<price>12</price>")));
+  const Ended ended = importFrom(server);
+  expectFailure(ended, words("Type mismatch") + answerLine());
+}
+
+TEST_P(BadAnswer, replyOfSeveralLines_looksLikeNoOutcome) {
+  std::string answer = acceptedLine();
+  answer.replace(answer.find("Done."), 5, "x&#10;Outcome: rejected&#x202E;");
+  const FaultyServer server(FaultyServer::ok(soapAnswer(answer)));
+  const Ended ended = importFrom(server);
+  EXPECT_EQ(0, ended.status);
+  EXPECT_EQ("Line 1: accepted\nReply:   x\n         Outcome: rejected\\u202e\nOutcome: accepted\nReport:  " +
+                (folder / "validationresults.html") + "\n",
+            ended.out);
 }
 
 TEST_P(BadAnswer, documentTypeWithEntities_isRefusedAndNotExpanded) {
@@ -151,6 +179,26 @@ TEST_P(BadAnswer, folderOfTheFileIsFullOfAFolderOfThePagesName_keepsTheVerdict) 
                 (folder / "validationresults.html") + ": Path/File access error (error 75)\n",
             ended.err);
   EXPECT_EQ("Line 1: accepted\nReply:   Done.\nOutcome: accepted\n", ended.out);
+}
+
+/// The words for the user say only that there is no request.
+TEST_F(ProgramTest, userThatXmlCannotCarry_isExplainedOnTheInstantRoad) {
+  const std::string file = folder.write("customers.txt", customer("C1"));
+  const struct {
+    const char* option;
+    const char* words;
+    const char* element;
+  } cases[] = {{"--user", "Unable to create a request to process.", "USERNAME"},
+               {"--user-id", "An environment error has been detected.", "userID"}};
+  for (const auto& [option, words, element] : cases) {
+    const Ended ended = importCustomers(file, {"--road", "instant", option, "a\x01"});
+    EXPECT_EQ(3, ended.status);
+    EXPECT_EQ(
+        std::string("imex: ") + words + "\nimex: The value of " + element +
+            " has the character U+0001 at position 2, which XML cannot carry (error 1008)\nimex: the address was " +
+            secured + "\n",
+        ended.err);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(imex, BadAnswer, testing::Values("send", "instant"),

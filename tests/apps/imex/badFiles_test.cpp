@@ -224,6 +224,16 @@ TEST_P(BadFile, relativePath_isThatOfTheCaller) {
   EXPECT_THAT(ended.out, HasSubstr("Report:  " + (folder / "validationresults.html")));
 }
 
+TEST_P(BadFile, namedInAnotherCase_hasTheReportThatIsOnTheDisk) {
+  folder.write("Inner/customers.txt", customer("C1") + "\r\n");
+  for (const char* name : {"INNER/Customers.TXT", "inner\\customers.txt"}) {
+    const Ended ended = importOnRoad(folder / name);
+    EXPECT_EQ(0, ended.status) << ended.err;
+    EXPECT_THAT(ended.out, HasSubstr("Report:  " + (folder / "Inner/validationresults.html") + "\n")) << name;
+  }
+  EXPECT_TRUE(std::filesystem::exists(folder / "Inner/validationresults.html"));
+}
+
 INSTANTIATE_TEST_SUITE_P(imex, BadFile, testing::Values("send", "instant"),
                          [](const auto& road) { return road.param; });
 
@@ -233,6 +243,12 @@ TEST_F(ProgramTest, controlCharactersInAFileNameAreSpeltOut) {
   EXPECT_EQ(66, ended.status);
   EXPECT_THAT(ended.err, HasSubstr((folder / "a\\x1b[2J\\x9b.txt") + ": File not found"));
   EXPECT_THAT(ended.err + ended.out, testing::Not(testing::AnyOf(HasSubstr("\x1b"), HasSubstr("\u009b"))));
+}
+
+TEST_F(ProgramTest, whatIsNoTextInAFileNameIsSpeltOut) {
+  const Ended ended = imex({"check", folder / "a\xff\u202e\xe2\x80", "--type", "CUSTOMER", "--origin", "AGENT"});
+  EXPECT_EQ(66, ended.status);
+  EXPECT_THAT(ended.err, HasSubstr((folder / "a\\xff\\u202e\\xe2\\x80") + ": File not found"));
 }
 
 } // namespace

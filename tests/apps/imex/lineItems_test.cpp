@@ -54,6 +54,18 @@ TEST_F(LineItemCommands, import_printsAnAlignedTable) {
             ended.out);
 }
 
+TEST_F(LineItemCommands, fieldOfSeveralLines_looksLikeNoLineOfItsOwn) {
+  const Ended good = order("import", "12\tF1\tNo\tN\nV\t9.50\t0.05\r\n");
+  EXPECT_EQ("quantity  AType  Brand  CatalogNumber  Column1Price  Column1Commission\n"
+            "12        F1     No     N\\x0aV         9.50          0.05\n"
+            "Outcome: accepted\n",
+            good.out);
+  const Ended bad = order("import", "1\tF1\tNo\tN\tx\nOutcome: accepted\t0.05\r\n");
+  EXPECT_EQ(2, bad.status);
+  EXPECT_EQ("Line 1: Field Column 1 price with value x\n        Outcome: accepted must be numeric.\nOutcome: refused\n",
+            bad.out);
+}
+
 TEST_F(LineItemCommands, badFields_areErrorsByLine) {
   const std::string bytes = "100000\tF1\tNorvane\tNV-1\t9.50\t0.05\r\n1\tELEVEN CHAR\tB\tN\tx\t2\r\n";
   const Ended ended = order("import", bytes, {"--json"});

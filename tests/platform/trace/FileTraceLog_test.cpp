@@ -1,4 +1,5 @@
 #include "platform/trace/FileTraceLog.h"
+#include "support/FileSizeLimit.h"
 #include "support/TemporaryFolder.h"
 #include "support/raised.h"
 
@@ -13,6 +14,8 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <sys/stat.h>
 
 namespace imex::test {
 namespace {
@@ -190,6 +193,71 @@ TEST_F(FileTraceLog, aFileThatCannotBeOpened_isError57ThatNamesIt) {
   ASSERT_TRUE(error);
   EXPECT_EQ(error->number(), 57);
   EXPECT_THAT(error->description(), testing::HasSubstr(path));
+}
+
+TEST_F(FileTraceLog, missingFolder_isNotMade) {
+  const std::string file = folder / "none/trace.log";
+  const std::optional<RuntimeError> error = raised([&] { platform::FileTraceLog log(file); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->number(), 57);
+  EXPECT_EQ(error->description(), "The trace file " + file + " cannot be opened: its folder does not exist");
+  EXPECT_FALSE(fs::exists(folder / "none"));
+}
+
+TEST_F(FileTraceLog, aPipe_isRefusedWithoutWaiting) {
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  const std::optional<RuntimeError> error = raised([&] { platform::FileTraceLog log(path); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->description(), "The trace file " + path + " cannot be opened: it is no regular file");
+}
+
+TEST_F(FileTraceLog, aLinkToAFile_isTheFile) {
+  folder.write("real.log", "");
+  path = folder.link("trace.log", "real.log");
+  log([](host::TraceLog& log) { log.Trace("ImExModule", "first()", "Entering Method...", 0); });
+  EXPECT_EQ(lines("real.log"), (Lines{"trace\tImExModule\tfirst()\tEntering Method..."}));
+}
+
+TEST_F(FileTraceLog, aNameAlone_isAFileOfTheCurrentDirectory) {
+  const fs::path before = fs::current_path();
+  fs::current_path(folder.path());
+  path = "trace.log";
+  log([](host::TraceLog& log) { log.Trace("ImExModule", "first()", "Entering Method...", 0); });
+  fs::current_path(before);
+  EXPECT_EQ(lines(), (Lines{"trace\tImExModule\tfirst()\tEntering Method..."}));
+}
+
+TEST_F(FileTraceLog, files_areAllThatItTouches) {
+  EXPECT_EQ(platform::FileTraceLog::files("/a.b/trace.log"),
+            (Lines{"/a.b/trace.log", "/a.b/trace.1.log", "/a.b/trace.2.log", "/a.b/trace.3.log"}));
+}
+
+TEST_F(FileTraceLog, finished_hasEverythingAndTakesNoMore) {
+  platform::FileTraceLog log(path);
+  log.Trace("ImExModule", "first()", "Entering Method...", 0);
+  EXPECT_EQ(log.finish(), "");
+  const Lines one = {"trace\tImExModule\tfirst()\tEntering Method..."};
+  EXPECT_EQ(lines(), one);
+  log.Trace("ImExModule", "second()", "Entering Method...", 0);
+  log.LogError("ImExRequest", "send", RuntimeError(ErrorNumber::overflow), 0);
+  log.LogResumedError("ImExRequest", "send", RuntimeError(ErrorNumber::overflow), 0);
+  EXPECT_EQ(log.finish(), "");
+  EXPECT_EQ(lines(), one);
+}
+
+TEST_F(FileTraceLog, fullDisk_isSaidOnceAndAtTheEnd) {
+  testing::internal::CaptureStderr();
+  std::string failure;
+  {
+    platform::FileTraceLog log(path);
+    const FileSizeLimit limit(4096);
+    for (int i = 0; i < 1000; ++i)
+      log.LogError("ImExRequest", "send", RuntimeError(ErrorNumber::overflow), 0);
+    failure = log.finish();
+    EXPECT_EQ(failure, log.finish());
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_THAT(failure, testing::MatchesRegex("The trace file is not complete: [^\n]*" + path + ": File too large"));
 }
 
 } // namespace imex::test
