@@ -1,45 +1,18 @@
-#include "Import.h"
-#include "allocations.h"
+#include "Held.h"
 #include "apps/imex/ProgramTest.h"
 #include "module/ImExModule.h"
 #include "platform/soap/SoapServiceCall.h"
 #include "platform/soap/SoapTransportFactory.h"
 
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <optional>
 
-#include <unistd.h>
-
 namespace imex::test {
 namespace {
 
-#ifdef __SANITIZE_ADDRESS__
-constexpr int kImports = 100; // each takes ten times as long
-#else
-constexpr int kImports = 1000;
-#endif
 constexpr int kWarmUp = 50;
-
-/// Each answer leaves one column name in the catalogue, on purpose: 32 bytes in a list that doubles.
-constexpr long kBytesOfAnImport = 64;
-
-long residentBytes() {
-  long total = 0;
-  long resident = 0;
-  std::ifstream("/proc/self/statm") >> total >> resident;
-  return resident * ::sysconf(_SC_PAGESIZE);
-}
-
-/// What the process holds.
-struct Held {
-  long blocks = allocations.liveBlocks;
-  long bytes = allocations.liveBytes;
-  long resident = residentBytes();
-  std::size_t descriptors = openDescriptors();
-};
 
 /// A host of the test's own with a real service on this machine behind real connections.
 class Soak : public testing::Test {
@@ -106,36 +79,11 @@ TEST_F(Soak, manyImportsOnBothRoads_leaveNothingBehind) {
   EXPECT_EQ(before.blocks, after.blocks);
   EXPECT_LE(after.bytes - before.bytes, kBytesOfAnImport * kImports);
   EXPECT_EQ(before.descriptors, after.descriptors);
-#ifndef __SANITIZE_ADDRESS__ // which keeps what was freed
-  constexpr long kMostGrowth = 1024L * 1024;
   EXPECT_LE(after.resident - before.resident, kMostGrowth);
-#endif
   std::cout << "imports: " << kImports << ", blocks: " << before.blocks << " to " << after.blocks
             << ", bytes: " << before.bytes << " to " << after.bytes << ", resident: " << before.resident << " to "
             << after.resident << ", descriptors: " << after.descriptors << '\n';
 }
-
-/// The ways among fakes, where no network slows them down.
-class SoakOfWays : public testing::TestWithParam<Way> {};
-
-TEST_P(SoakOfWays, manyImports_leaveNothingBehind) {
-  Import trial(GetParam());
-  trial.stopTracing();
-  const Texts golden = trial.run();
-  trial.run();
-  const Held before;
-  for (int i = 0; i < kImports; ++i)
-    ASSERT_EQ(golden, trial.run());
-  const Held after;
-  EXPECT_EQ(before.blocks, after.blocks);
-  EXPECT_LE(after.bytes - before.bytes, kBytesOfAnImport * kImports);
-  EXPECT_EQ(before.descriptors, after.descriptors);
-  EXPECT_TRUE(trial.isTidy());
-  std::cout << "imports: " << kImports << ", bytes: " << before.bytes << " to " << after.bytes << '\n';
-}
-
-INSTANTIATE_TEST_SUITE_P(, SoakOfWays, testing::ValuesIn(shortWays()),
-                         [](const auto& test) { return test.param.name; });
 
 } // namespace
 } // namespace imex::test

@@ -191,10 +191,6 @@ class IMEX_EXPORT ImExActionCtrl : public QWidget {
   class Sending;
   void importToServer();
   void importToHost();
-  template <class Read, class Items>
-  void insertReadTwice(const Read& read, void (ImExActionCtrl::*signal)(Items&));
-  template <class Items>
-  void insertItems(Items items, void (ImExActionCtrl::*signal)(Items&));
   void restoreImport();
   bool isFocusUnclaimed() const;
   void cmdViewErrors_Click();

@@ -39,6 +39,19 @@ bool hasItems(const CollectionPtr<T>& list) {
   return list && !list->isEmpty();
 }
 
+template <class Items>
+void insertItems(ImExActionCtrl& panel, Items items, void (ImExActionCtrl::*signal)(Items&)) {
+  if (hasItems(items))
+    Q_EMIT(panel.*signal)(items);
+}
+
+/// Hands over what the second reading gives.
+template <class Read, class Items>
+void insertReadTwice(ImExActionCtrl& panel, const Read& read, void (ImExActionCtrl::*signal)(Items&)) {
+  if (hasItems(read()))
+    insertItems(panel, read(), signal);
+}
+
 } // namespace
 
 /// Says while it lives that an import is being sent. The panel may go first.
@@ -119,26 +132,15 @@ void ImExActionCtrl::importToHost() {
   const std::shared_ptr<ImExRequest> read = m_imExRequest; // a handler may call a mode method
   const std::string type = dataTypeText();
   if (type == kProjectLineItems)
-    insertReadTwice([&] { return read->serializeProjectLineItemFile(); }, &ImExActionCtrl::insertProjectLineItems);
+    insertReadTwice(
+        *this, [&] { return read->serializeProjectLineItemFile(); }, &ImExActionCtrl::insertProjectLineItems);
   else if (type == kQuoteLineItems)
-    insertReadTwice([&] { return read->serializeQuoteLineItemFile(); }, &ImExActionCtrl::insertQuoteLineItems);
+    insertReadTwice(
+        *this, [&] { return read->serializeQuoteLineItemFile(); }, &ImExActionCtrl::insertQuoteLineItems);
   else if (type == kOrderLineItems)
-    insertItems(read->serializeOrderLineItemFile(), &ImExActionCtrl::insertOrderLineItems);
+    insertItems(*this, read->serializeOrderLineItemFile(), &ImExActionCtrl::insertOrderLineItems);
   else
     tellThatNothingIsOffered();
-}
-
-/// Hands over what the second reading gives.
-template <class Read, class Items>
-void ImExActionCtrl::insertReadTwice(const Read& read, void (ImExActionCtrl::*signal)(Items&)) {
-  if (hasItems(read()))
-    insertItems(read(), signal);
-}
-
-template <class Items>
-void ImExActionCtrl::insertItems(Items items, void (ImExActionCtrl::*signal)(Items&)) {
-  if (hasItems(items))
-    Q_EMIT(this->*signal)(items);
 }
 
 void ImExActionCtrl::cmdViewErrors_Click() {

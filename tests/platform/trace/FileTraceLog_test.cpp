@@ -170,10 +170,6 @@ TEST_F(FileTraceLog, aNewFile_isForItsOwnerAloneAndAnOldOneKeepsItsPermissions) 
   log(write);
   EXPECT_EQ(permissions("trace.log"), kOwner) << "the one that follows a full one";
   EXPECT_EQ(permissions("trace.1.log"), kOwner | fs::perms::group_read);
-
-  path = folder / "a/b/trace.log";
-  log(write);
-  EXPECT_EQ(permissions("a/b/trace.log"), kOwner) << "in a folder that was missing";
 }
 
 TEST_F(FileTraceLog, twoLogs_writeTheirOwnFiles) {
