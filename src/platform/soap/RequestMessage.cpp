@@ -137,8 +137,8 @@ RequestElement::Content& RequestElement::grown() {
 /// Takes the element's bytes out of the parent's text and puts a mark in their place.
 void RequestElement::leaveParentsText() {
   Content& parent = *m_parent->m_content;
-  const auto behind = std::find_if(parent.inner.begin(), parent.inner.end(),
-                                   [this](const Content::Inner& inner) { return inner.at > m_at; });
+  const auto behind = std::upper_bound(parent.inner.begin(), parent.inner.end(), m_at,
+                                       [](std::size_t at, const Content::Inner& inner) { return at < inner.at; });
   const auto next = parent.inner.insert(behind, {m_at, this}) + 1;
   std::for_each(next, parent.inner.end(), [this](Content::Inner& inner) { inner.at -= m_size; });
   for (auto later = parent.children.rbegin(); &*later != this; ++later)
